@@ -1,0 +1,5 @@
+#include "config/version.h"
+
+namespace qr_config {
+const char* Version() noexcept { return QR_CONFIG_VERSION; }
+}  // namespace qr_config
