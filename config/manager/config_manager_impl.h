@@ -1,0 +1,87 @@
+// ConfigManagerImpl: the manager that the start-up sequence builds. Internal to the library.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <Poco/RWLock.h>
+
+#include "config/manager/config_manager.h"
+#include "config/readers/drv_xml_parser.h"
+
+// The manager's implementation. Its constructor runs the whole start-up sequence on the
+// calling thread: registry parameters, the driver list, the main file, the platform
+// character-set list, the active data sources, every loadable driver's setup and data-access
+// files, the locale table of the running platform, the Localization node and the databases'
+// character-set tables. Only ConfigManager::Initialize constructs it.
+//
+// Locks (Poco::RWLock, not re-entrant, never held together):
+//  - m_LocaleLock guards m_Locales after start-up (GetLocale);
+//  - m_TreeLock guards the on-demand creation of nodes below "\Quorin\Localization"
+//    (GetLocalizedDriver).
+// Every other member is fixed once the constructor returns and is read without a lock.
+class ConfigManagerImpl : public ConfigManager {
+ public:
+  // A character-set list: entry name to text, shared by the databases that name one file.
+  using CharSetList = std::map<std::string, std::string>;
+  using CharSetListPtr = std::shared_ptr<const CharSetList>;
+
+  // Runs the start-up sequence. Throws as ConfigManager::Initialize says; on any exception
+  // everything built so far, the key table included, is destroyed.
+  explicit ConfigManagerImpl(Initialization::Mode mode);
+  ~ConfigManagerImpl() override;
+
+  Tree& GetTree() override { return m_Tree; }
+  const std::string& ResolveDatabaseName(const std::string& driver,
+                                         const std::string& name) override;
+  const std::string& ResolveDriverName(const std::string& name) override;
+  std::map<std::string, std::string>& GetDatabaseNames(const std::string& driver) override;
+  std::map<std::string, std::string>& GetDriverNames() override { return m_DriverNames; }
+  std::vector<std::string>& GetNativeDrivers() override { return m_NativeDrivers; }
+  std::vector<std::string>& GetOtherDrivers() override { return m_OtherDrivers; }
+  const Quorin::LocaleDescriptor& GetLocale(const std::string& language,
+                                            const std::string& country) override;
+  std::map<std::string, Quorin::LocaleDescriptor>& GetPlatformLocales(
+      const std::string& platform) override;
+  std::string& LocalizeFileName(const Quorin::LocaleDescriptor& locale,
+                                const std::string& extension, std::string& path) override;
+  const std::string& GetPlatformCharSet(const std::string& name) override;
+  const std::string& GetCharSetTableEntry(const std::string& driver, const std::string& database,
+                                          const std::string& name) override;
+  tree_node<Node>& GetLocalizedDriver(const std::string& driver,
+                                      const Quorin::LocaleDescriptor& locale) override;
+  // The same tree as GetTree(), read-only.
+  virtual const Tree& GetConstTree() { return m_Tree; }
+
+  Initialization::Mode Mode() const { return m_Mode; }
+
+ private:
+  // The start-up steps, in the order the constructor runs them.
+  void RunStartup();
+  std::vector<DriverEntry>& ReadDriverList(std::vector<DriverEntry>& entries,
+                                           const std::string& configDirectory);
+  CharSetListPtr ReadCharSetList(const std::string& baseName, const std::string& section);
+  void ApplyActiveDataSources(tree_node<Node>& activeDataSources);
+  void ListSetupFiles(const std::string& configDirectory, std::vector<std::string>& files);
+  void LoadDrivers(const std::vector<std::string>& setupFiles,
+                   const std::vector<DriverEntry>& drivers, const std::string& configDirectory,
+                   tree_node<Node>& driversDefaults, tree_node<Node>& activeDataSources,
+                   tree_node<Node>& dbDrivers);
+  void ScanExtensions(tree_node<Node>& database);
+  void BuildCharSetTables(const std::string& configDirectory, tree_node<Node>& dbDrivers);
+
+  // The "Config Directory" text of the root node (QRError 261 or 1 when missing or mistyped).
+  std::string ConfigDirectory() const;
+
+  Poco::RWLock m_TreeLock;
+  Poco::RWLock m_LocaleLock;
+  const std::string m_KeySeparator = "::";
+  CharSetListPtr m_PlatformCharSets;
+  std::map<std::string, CharSetListPtr> m_CharSetTables;
+  const Initialization::Mode m_Mode;
+};
+
+// Joins two path texts with the platform's separator, as plain strings.
+std::string JoinNative(const std::string& parent, const std::string& child);

@@ -1,0 +1,110 @@
+// Locale descriptors and localised driver texts, created on demand after start-up.
+#include <Poco/File.h>
+#include <Poco/Path.h>
+
+#include "config/manager/config_keys.h"
+#include "config/manager/config_manager_impl.h"
+#include "config/manager/qr_error.h"
+#include "config/readers/loc_drv_xml_parser.h"
+#include "platform/orv_locale.h"
+#include "platform/process.h"
+#include "platform/unicode_manager.h"
+
+const Quorin::LocaleDescriptor& ConfigManagerImpl::GetLocale(const std::string& language,
+                                                             const std::string& country) {
+  const std::string id = orv_locale::makeLocaleId(language, country);
+  const Quorin::LocaleDescriptor* languageEntry = nullptr;
+  {
+    Poco::ScopedReadRWLock lock(m_LocaleLock);
+    auto found = m_Locales.find(id);
+    if (found != m_Locales.end()) return found->second;
+    auto bare = m_Locales.find(language);
+    if (bare == m_Locales.end()) ThrowQRError(QRErrorCode::UnknownLocale, id);
+    // Entries are never removed or changed, so the pointer outlives the lock.
+    languageEntry = &bare->second;
+  }
+  Quorin::LocaleDescriptor copy(*languageEntry);
+  copy.SetCountry(country);
+  Poco::ScopedWriteRWLock lock(m_LocaleLock);
+  // Another thread may have inserted the same identifier meanwhile: its entry stays.
+  return m_Locales.emplace(id, std::move(copy)).first->second;
+}
+
+std::string& ConfigManagerImpl::LocalizeFileName(const Quorin::LocaleDescriptor& locale,
+                                                 const std::string& extension,
+                                                 std::string& path) {
+  const std::string base = path;
+  path = base + orv_locale::makeLocaleId(locale.Language(), locale.Country()) + "." + extension;
+  if (Poco::File(path).exists()) return path;
+  path = base + locale.Language() + "." + extension;
+  if (Poco::File(path).exists()) return path;
+  path = base + "en." + extension;
+  return path;
+}
+
+tree_node<ConfigManager::Node>& ConfigManagerImpl::GetLocalizedDriver(
+    const std::string& driver, const Quorin::LocaleDescriptor& locale) {
+  NodePath localized(Localization());
+  try {
+    localized += driver;
+    localized = NodePath(static_cast<const char*>(localized));
+    m_Tree.Find(localized);
+  } catch (...) {
+    ThrowQRError(QRErrorCode::UnknownDriver, driver);
+  }
+  const std::string localeId = orv_locale::makeLocaleId(locale.Language(), locale.Country());
+  localized += localeId;
+
+  {
+    Poco::ScopedReadRWLock lock(m_TreeLock);
+    try {
+      return m_Tree.Find(localized);
+    } catch (const QRError&) {
+    }
+  }
+
+  Poco::ScopedWriteRWLock lock(m_TreeLock);
+  try {
+    return m_Tree.Find(localized);
+  } catch (const QRError&) {
+  }
+
+  const ConfigKeys& keys = ConfigKeys::Instance();
+  std::string fileName = JoinNative(ConfigDirectory(), keys.LocalizedDriverFile);
+  LocalizeFileName(locale, keys.LocalizedDriverExtension, fileName);
+  if (!Poco::File(fileName).exists()) {
+    orv_utf8string name;
+    UnicodeManager::Instance().PlatformToUTF8(
+        fileName, name, GetPlatformCharSet(Process::Instance().CharSetName()));
+    throw QRError(3, 256, QRErrorCode::FileCannotRead, name);
+  }
+
+  LocDrvXmlParser reader;
+  reader.Parse(Poco::Path(fileName));
+
+  const tree_node<Node>& localizationNode = m_Tree.Find(Localization());
+  for (const LocalizedEntry& entry : reader.Entries()) {
+    try {
+      tree_node<Node>* driverNode = nullptr;
+      for (auto it = localizationNode.ch_begin(); it != localizationNode.ch_end(); ++it) {
+        if ((*it).value().Name() == entry.Key) {
+          driverNode = const_cast<tree_node<Node>*>(&*it);
+          break;
+        }
+      }
+      if (driverNode == nullptr) continue;
+      Node node(localeId);
+      node.push_back(Field(keys.ExternalName, entry.ExternalName));
+      node.push_back(Field(keys.Comment, entry.Comment));
+      driverNode->ch_push_back(node);
+    } catch (...) {
+      // A record that cannot be filed is skipped; the others still load.
+    }
+  }
+
+  try {
+    return m_Tree.Find(localized);
+  } catch (...) {
+    ThrowQRError(QRErrorCode::LocalizedNodeMissing);
+  }
+}

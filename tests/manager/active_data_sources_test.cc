@@ -1,0 +1,36 @@
+// Host registrations of active data sources. They live for the whole process, so this test
+// has a binary of its own.
+#include <gtest/gtest.h>
+
+#include "support/manager_fixture.h"
+
+namespace {
+
+TEST_F(ManagerTest, HostRegistrationsShapeServerMode) {
+  auto setup = [this](const std::string& driver, const std::string& databases) {
+    m_Install.Write("setup/" + driver + ".setup",
+                    "<Setup>\n<NetworkLayer Name=\"" + driver + "\"/>\n<Directory>d</Directory>\n"
+                    "<DataFileName>" + driver + "</DataFileName>\n</Setup>\n");
+    m_Install.Write("d/" + driver + ".dsf", "<DataAccess>\n" + databases + "</DataAccess>\n");
+  };
+
+  ConfigManager::AddActiveDataSource("Ora", "db[0-9]+");
+  ConfigManager::AddActiveDataSource("Ora", "db[0-9]+");
+  ConfigManager::AddActiveDataSource("", "x");
+  m_Install.WriteBase("", "<NetworkLayer Name=\"Ora\" Implementation=\"C\"/>\n"
+                      "<NetworkLayer Name=\"Pg\" Implementation=\"C\"/>\n");
+  setup("Ora",
+              "<DataBase Name=\"db12\" Active=\"Yes\"/>\n<DataBase Name=\"mydb12\" Active=\"Yes\"/>\n");
+  setup("Pg", "<DataBase Name=\"p1\" Active=\"Yes\"/>\n");
+  Init(Initialization::Server);
+  EXPECT_EQ(Children("\\Quorin\\ActiveDataSources"), (std::vector<std::string>{"Ora"}));
+  EXPECT_EQ(Children("\\Quorin\\ActiveDataSources\\Ora"), (std::vector<std::string>{"db[0-9]+"}));
+  EXPECT_EQ(Children("\\Quorin\\DBDrivers"), (std::vector<std::string>{"Ora"}));
+  EXPECT_EQ(Children("\\Quorin\\DBDrivers\\Ora"), (std::vector<std::string>{"db12"}));
+  ConfigStartup::Destroy();
+  Init(Initialization::Library);  // registrations do not reach Library mode
+  EXPECT_EQ(Children("\\Quorin\\DBDrivers"), (std::vector<std::string>{"Ora", "Pg"}));
+}
+
+
+}  // namespace

@@ -1,0 +1,142 @@
+// Driver discovery and loading over temporary installations.
+#include <gtest/gtest.h>
+
+#include "support/manager_fixture.h"
+
+namespace {
+
+using Field = ConfigManager::Field;
+
+const char* const kDrivers =
+    "<NetworkLayer Name=\"Ora\" Implementation=\"C\">\n<Alias>O1</Alias>\n<Alias>Shared</Alias>\n"
+    "</NetworkLayer>\n"
+    "<NetworkLayer Name=\"Java\" Implementation=\"c\">\n<Alias>J</Alias>\n</NetworkLayer>\n"
+    "<NetworkLayer Name=\"Pg\" Implementation=\"C\">\n<Alias>Shared</Alias>\n</NetworkLayer>\n";
+
+std::string SetupFile(const std::string& driver, const std::string& directory,
+                  const std::string& dataFile) {
+  return "<Setup>\n<NetworkLayer Name=\"" + driver + "\"/>\n<Directory>" + directory +
+         "</Directory>\n<DataFileName>" + dataFile +
+         "</DataFileName>\n<Version Type=\"Client\">1.2</Version>\n</Setup>\n";
+}
+
+class DriversTest : public ManagerTest {
+ protected:
+  void WriteDriver(const std::string& setupName, const std::string& driver,
+                   const std::string& databases) {
+    m_Install.Write("setup/" + setupName, SetupFile(driver, "d/" + driver, driver));
+    m_Install.Write("d/" + driver + "/" + driver + ".dsf",
+                    "<DataAccess>\n" + databases + "</DataAccess>\n");
+  }
+};
+
+TEST_F(DriversTest, DriverTablesFromTheDriverList) {
+  m_Install.WriteBase("", kDrivers);
+  ConfigManager& manager = Init();
+  EXPECT_EQ(manager.GetDriverNames(),
+            (std::map<std::string, std::string>{
+                {"Ora", "Ora"}, {"O1", "Ora"}, {"Shared", "Ora"}, {"Java", "Java"}, {"J", "Java"},
+                {"Pg", "Pg"}}));
+  EXPECT_EQ(manager.GetNativeDrivers(), (std::vector<std::string>{"Ora", "Pg"}));
+  EXPECT_EQ(manager.GetOtherDrivers(), (std::vector<std::string>{"Java"}));
+  EXPECT_EQ(manager.ResolveDriverName("Shared"), "Ora");
+  QRError error = CatchQRError([&] { manager.ResolveDriverName("ora"); });
+  EXPECT_EQ(error.Code(), 22);
+  EXPECT_EQ(error.Argument().str(), "ora");
+  EXPECT_EQ(CatchQRError([&] { manager.ResolveDriverName(""); }).Argument().str(), "");
+}
+
+TEST_F(DriversTest, LoadsDatabasesWithDefaultsVersionsAndAliases) {
+  m_Install.WriteBase("", kDrivers,
+                      "<DriverDefaults>\n<Parameter Name=\"Library Name\">main</Parameter>\n"
+                      "<Parameter Name=\"Fetch\">10</Parameter>\n</DriverDefaults>\n");
+  WriteDriver("ora.setup", "Ora",
+              "<Defaults>\n<Parameter Name=\"Port\">1521</Parameter>\n<Library>cl.so</Library>\n"
+              "</Defaults>\n"
+              "<DataBase Name=\"db1\" Active=\"Yes\">\n<Alias>D1</Alias>\n"
+              "<Parameter Name=\"Port\">1522</Parameter>\n</DataBase>\n"
+              "<DataBase Name=\"db2\" Active=\"Yes\">\n<Libraries>\n<Library>a</Library>\n"
+              "<Library>b</Library>\n</Libraries>\n</DataBase>\n"
+              "<DataBase Name=\"off\" Active=\"No\"/>\n");
+  m_Install.Write("setup/ora.32.setup", SetupFile("Ora", "d/none", "none"));
+  m_Install.Write("setup/java.setup", SetupFile("Java", "d/Java", "Java"));
+  ConfigManager& manager = Init();
+
+  EXPECT_EQ(Children("\\Quorin\\DBDrivers"), (std::vector<std::string>{"Ora"}));
+  EXPECT_EQ(Children("\\Quorin\\DBDrivers\\Ora"), (std::vector<std::string>{"db1", "db2"}));
+  EXPECT_EQ(Children("\\Quorin\\Localization"), (std::vector<std::string>{"Ora"}));
+  const std::string db1 = "\\Quorin\\DBDrivers\\Ora\\db1";
+  EXPECT_EQ(Value<std::int32_t>(db1, "Port"), 1522);
+  EXPECT_EQ(Value<std::int32_t>(db1, "Fetch"), 10);
+  EXPECT_EQ(Value<std::int32_t>(db1, "Status"), 0);
+  EXPECT_EQ(Value<std::string>(db1, "Library Name"), "Not Defined");
+  EXPECT_EQ(Value<std::string>(db1, "Library"), "cl.so");
+  EXPECT_EQ(Value<std::string>(db1, "Client"), "1.2");
+  EXPECT_EQ(Value<std::string>(db1, "Directory"), "d/Ora");
+  EXPECT_EQ(Value<std::string>(db1, "Configuration File"), m_Install.Path("d/Ora/Ora.dsf"));
+  EXPECT_EQ(Value<std::string>("\\Quorin\\DBDrivers\\Ora\\db2", "Library"), "Undefined");
+  EXPECT_EQ(Children("\\Quorin\\DBDrivers\\Ora\\db2"), (std::vector<std::string>{"Libraries"}));
+  EXPECT_EQ(manager.ResolveDatabaseName("Ora", "D1"), "db1");
+  EXPECT_EQ(CatchQRError([&] { manager.ResolveDatabaseName("Ora", "d1"); }).Code(), 13);
+  EXPECT_EQ(CatchQRError([&] { manager.GetDatabaseNames("Java"); }).Code(), 22);
+}
+
+TEST_F(DriversTest, FailingDataAccessFileBySelectedPolicy) {
+  m_Install.WriteBase("", kDrivers);
+  WriteDriver("ora.setup", "Ora", "<DataBase Name=\"db1\" Active=\"Yes\"/>\n");
+  WriteDriver("pg.setup", "Pg", "<DataBase Name=\"broken\" Active=\"Yes\">\n");
+  Init(Initialization::Server);  // Server mode skips every failing driver
+  EXPECT_EQ(Children("\\Quorin\\DBDrivers\\Ora"), (std::vector<std::string>{"db1"}));
+  ConfigStartup::Destroy();
+  EXPECT_EQ(CatchQRError([] { ConfigStartup::Initialize(Initialization::Library); }).Code(), 10);
+  m_Install.Write("qr.cfg", TempInstallation::MainFile().replace(
+                                TempInstallation::MainFile().find(">No<"), 4, ">Yes<"));
+  EXPECT_NO_THROW(Init(Initialization::Library));
+}
+
+TEST_F(DriversTest, ActiveDataSourcesFilterDriversAndDatabases) {
+  m_Install.WriteBase("<ActiveDataSources>\n<NetworkLayer Name=\"Pg\">\n<DataBase Name=\"p.*\"/>\n"
+                      "</NetworkLayer>\n</ActiveDataSources>\n",
+                      kDrivers);
+  WriteDriver("ora.setup", "Ora", "<DataBase Name=\"db1\" Active=\"Yes\"/>\n");
+  WriteDriver("pg.setup", "Pg",
+              "<DataBase Name=\"p1\" Active=\"Yes\"/>\n<DataBase Name=\"xp1\" Active=\"Yes\"/>\n");
+  Init(Initialization::Library);
+  EXPECT_EQ(Children("\\Quorin\\DBDrivers"), (std::vector<std::string>{"Pg"}));
+  EXPECT_EQ(Children("\\Quorin\\DBDrivers\\Pg"), (std::vector<std::string>{"p1"}));
+  ConfigStartup::Destroy();
+
+  // Server mode rebuilds the subtree from the host's registrations (none: load everything).
+  Init(Initialization::Server);
+  EXPECT_EQ(Children("\\Quorin\\ActiveDataSources"), std::vector<std::string>{});
+  EXPECT_EQ(Children("\\Quorin\\DBDrivers\\Pg"), (std::vector<std::string>{"p1", "xp1"}));
+}
+
+TEST_F(DriversTest, InvalidActivePatternIsAClearError) {
+  m_Install.WriteBase("<ActiveDataSources>\n<NetworkLayer Name=\"Ora\">\n<DataBase Name=\"db(\"/>\n"
+                      "</NetworkLayer>\n</ActiveDataSources>\n",
+                      kDrivers);
+  WriteDriver("ora.setup", "Ora", "<DataBase Name=\"db1\" Active=\"Yes\"/>\n");
+  EXPECT_EQ(CatchQRError([] { ConfigStartup::Initialize(Initialization::Library); }).Code(), 10);
+}
+
+TEST_F(DriversTest, ExtensionMarkersAddRepositoryOnce) {
+  m_Install.WriteBase("", kDrivers);
+  WriteDriver("ora.setup", "Ora",
+              "<DataBase Name=\"a\" Active=\"Yes\">\n<Parameter Name=\"Extensions\">xa,yb</Parameter>\n"
+              "<Parameter Name=\"Driver Capabilities\">Read</Parameter>\n</DataBase>\n"
+              "<DataBase Name=\"b\" Active=\"Yes\">\n<Parameter Name=\"Extensions\">yb</Parameter>\n"
+              "</DataBase>\n"
+              "<DataBase Name=\"c\" Active=\"Yes\">\n<Parameter Name=\"Extensions\">zc,</Parameter>\n"
+              "</DataBase>\n");
+  m_Install.Write("d/Ora/extensions/p1/yb.sqx", "");
+  m_Install.Write("d/Ora/extensions/p2/yb.sqx", "");
+  m_Install.Write("d/Ora/extensions/p2/.sqx", "");
+  Init();
+  EXPECT_EQ(Value<std::string>("\\Quorin\\DBDrivers\\Ora\\a", "Driver Capabilities"),
+            "Read,Repository");
+  EXPECT_EQ(Value<std::string>("\\Quorin\\DBDrivers\\Ora\\b", "Driver Capabilities"), "Repository");
+  EXPECT_EQ(Value<std::string>("\\Quorin\\DBDrivers\\Ora\\c", "Driver Capabilities"), "Repository");
+}
+
+}  // namespace

@@ -1,0 +1,52 @@
+// The sample installation under examples/ loads in both modes on the build platform.
+#include <gtest/gtest.h>
+
+#include "config/qr_config.h"
+
+namespace {
+
+class SampleInstallation : public ::testing::TestWithParam<Initialization::Mode> {
+ protected:
+  SampleInstallation() {
+    Registry::ClearParameters();
+    Registry::SetParameter("Config Directory", QR_EXAMPLES_DIR "/sample-config");
+  }
+  ~SampleInstallation() override {
+    ConfigStartup::Destroy();
+    Registry::ClearParameters();
+  }
+};
+
+TEST_P(SampleInstallation, Loads) {
+  ConfigSession session(GetParam());
+  ConfigManager& config = ConfigManager::Instance();
+  EXPECT_EQ(config.ResolveDriverName("ORA"), "Oracle");
+  EXPECT_EQ(config.ResolveDatabaseName("Oracle", "ORA19"), "ora19");
+  EXPECT_EQ(config.GetNativeDrivers(), (std::vector<std::string>{"Oracle", "PostgreSQL", "SQLite"}));
+
+  ConfigManager::NodePath ora21(static_cast<const char*>(config.DBDrivers()), "Oracle");
+  ora21 += "ora21";
+  const ConfigManager::Node& node = config.GetTree().Find(ora21).value();
+  std::string text;
+  node.Find("Library").Value(text);
+  EXPECT_EQ(text, "Undefined");
+  std::int32_t port = 0;
+  node.Find("Port").Value(port);
+  EXPECT_EQ(port, 1522);
+
+  ConfigManager::NodePath ora19(static_cast<const char*>(config.DBDrivers()), "Oracle");
+  ora19 += "ora19";
+  config.GetTree().Find(ora19).value().Find("Driver Capabilities").Value(text);
+  EXPECT_EQ(text, "Read,Write,Repository");
+  EXPECT_EQ(config.GetCharSetTableEntry("Oracle", "ora19", "UTF-8"), "AL32UTF8");
+
+  orv_utf8string name;
+  config.GetLocalizedDriver("Oracle", config.GetLocale("fr", "CA")).value().Find("External Name")
+      .Value(name);
+  EXPECT_EQ(name.str(), "Base de donn\xC3\xA9" "es Oracle");
+}
+
+INSTANTIATE_TEST_SUITE_P(BothModes, SampleInstallation,
+                         ::testing::Values(Initialization::Server, Initialization::Library));
+
+}  // namespace

@@ -1,0 +1,159 @@
+// Lifecycle of the manager and the start-up sequence over the main file.
+#include <gtest/gtest.h>
+
+#include "support/manager_fixture.h"
+
+namespace {
+
+using Node = ConfigManager::Node;
+using Field = ConfigManager::Field;
+
+TEST_F(ManagerTest, InstanceWithoutManagerRaises260) {
+  EXPECT_EQ(CatchQRError([] { ConfigManager::Instance(); }).Code(), 260);
+  m_Install.WriteBase();
+  Init();
+  ConfigStartup::Destroy();
+  ConfigStartup::Destroy();  // harmless
+  EXPECT_EQ(CatchQRError([] { ConfigManager::Instance(); }).Code(), 260);
+}
+
+TEST_F(ManagerTest, SecondInitializeRaises259AndKeepsTheFirst) {
+  m_Install.WriteBase();
+  ConfigManager& first = Init();
+  QRError error = CatchQRError([] { ConfigStartup::Initialize(Initialization::Library); });
+  EXPECT_EQ(error.Code(), 259);
+  EXPECT_EQ(&ConfigManager::Instance(), &first);
+  EXPECT_TRUE(first.GetTree().Exists(first.DBDrivers()));
+}
+
+TEST_F(ManagerTest, ReinitialiseReadsTheFilesAgain) {
+  m_Install.WriteBase("<Parameter Name=\"Marker\">1</Parameter>\n");
+  Init();
+  EXPECT_EQ(Value<std::int32_t>("\\Quorin\\DBDrivers", "Marker"), 1);
+  ConfigStartup::Destroy();
+  m_Install.WriteBase("<Parameter Name=\"Marker\">2</Parameter>\n");
+  Init();
+  EXPECT_EQ(Value<std::int32_t>("\\Quorin\\DBDrivers", "Marker"), 2);
+}
+
+TEST_F(ManagerTest, TreeShapeAfterStartup) {
+  Registry::SetParameter("B Param", "b");
+  Registry::SetParameter("A Param", "a");
+  m_Install.WriteBase();
+  ConfigManager& manager = Init();
+  EXPECT_EQ(Children("\\Quorin"),
+            (std::vector<std::string>{"DBDrivers", "Traces", "ActiveDataSources", "Localization"}));
+  const Node& root = manager.GetTree().Find(manager.Root()).value();
+  std::vector<std::string> fields;
+  for (const Field& f : root) {
+    EXPECT_EQ(f.ValueType(), Field::String) << f.Name();
+    fields.push_back(f.Name());
+  }
+  EXPECT_EQ(fields, (std::vector<std::string>{"A Param", "B Param", "Config Directory"}));
+  EXPECT_EQ(CatchQRError([&] { manager.GetTree().Find(ConfigManager::NodePath("\\Quorin\\Drivers defaults")); })
+                .Code(),
+            5);
+  EXPECT_EQ(manager.ConfigFilePath(m_Install.Dir()).toString(), m_Install.Path("qr.cfg"));
+}
+
+struct FailureCase {
+  const char* name;
+  std::function<void(TempInstallation&)> breakIt;
+  std::int32_t code;
+  std::string argument;  // relative to the installation; empty for none
+};
+
+// Every failure of the start-up reaches the host as a file code with its path or as 10, leaves
+// no manager and no key table, and a repaired installation then loads.
+TEST_F(ManagerTest, FailedStartupLeavesNothingBehind) {
+  const std::vector<FailureCase> cases = {
+      {"missing driver list", [](TempInstallation& i) { i.Remove("driver.cfg"); }, 264, "driver.cfg"},
+      {"missing main file", [](TempInstallation& i) { i.Remove("qr.cfg"); }, 264, "qr.cfg"},
+      {"malformed main file", [](TempInstallation& i) { i.Write("qr.cfg", "<Configuration><Settings>"); },
+       265, "qr.cfg"},
+      {"malformed driver list", [](TempInstallation& i) { i.Write("driver.cfg", "<a></b>"); }, 265,
+       "driver.cfg"},
+      {"unknown encoding", [](TempInstallation& i) {
+         i.Write("qr.cfg", "<?xml version=\"1.0\" encoding=\"x-unknown\"?><a/>"); }, 266, "qr.cfg"},
+      {"main file pops an empty node stack",
+       [](TempInstallation& i) { i.Write("qr.cfg", TempInstallation::MainFile("", "<Traces><Trace Name=\"T\"/></Traces>")); },
+       267, ""},
+      {"no locale for the running platform",
+       [](TempInstallation& i) {
+         i.Write("qr.cfg", "<Configuration><Settings>"
+                 "<Parameter Name=\"Setup File Extension\">setup</Parameter>"
+                 "<Parameter Name=\"CharSet List Extension\">csl</Parameter>"
+                 "</Settings></Configuration>"); },
+       10, ""},
+      {"no platform section", [](TempInstallation& i) { i.Write("platform.csl", "[Elsewhere]\nA = B\n"); }, 10, ""},
+      {"missing platform list", [](TempInstallation& i) { i.Remove("platform.csl"); }, 10, ""},
+      {"missing setup directory", [](TempInstallation& i) { i.Remove("setup"); }, -1, ""},
+      {"mistyped ignore flag", [](TempInstallation& i) {
+         i.Write("qr.cfg", TempInstallation::MainFile().replace(
+                               TempInstallation::MainFile().find(">No<"), 4, ">1<")); }, 10, ""},
+  };
+  for (const FailureCase& c : cases) {
+    SCOPED_TRACE(c.name);
+    m_Install.WriteBase();
+    c.breakIt(m_Install);
+    if (c.code < 0) {
+      EXPECT_ANY_THROW(ConfigStartup::Initialize(Initialization::Library));
+    } else {
+      QRError error = CatchQRError([] { ConfigStartup::Initialize(Initialization::Library); });
+      EXPECT_EQ(error.Code(), c.code);
+      EXPECT_EQ(error.Argument().str(), c.argument.empty() ? "" : m_Install.Path(c.argument));
+    }
+    EXPECT_EQ(CatchQRError([] { ConfigManager::Instance(); }).Code(), 260);
+    EXPECT_FALSE(ConfigKeys::Exists());
+    m_Install.WriteBase();
+    EXPECT_NO_THROW(Init());
+    ConfigStartup::Destroy();
+  }
+}
+
+TEST_F(ManagerTest, MissingConfigDirectoryParameterRaises10) {
+  m_Install.WriteBase();
+  Registry::ClearParameters();
+  unsetenv("QR_CONFIG_DIR");
+  EXPECT_EQ(CatchQRError([] { ConfigStartup::Initialize(Initialization::Server); }).Code(), 10);
+  EXPECT_FALSE(ConfigKeys::Exists());
+}
+
+TEST_F(ManagerTest, ModeSectionsAndTraces) {
+  const std::string settings =
+      "<Parameter Name=\"A\">5</Parameter>\n"
+      "<Library>\n<Parameter Name=\"A\">7</Parameter>\n<Parameter Name=\"New\">1</Parameter>\n</Library>\n"
+      "<Server>\n<Parameter Name=\"A\">9</Parameter>\n</Server>\n";
+  const std::string traces =
+      "<Traces Active=\"No\">\n<Logger Implementation=\"C\" ClassID=\"log.class\"/>\n"
+      "<Trace Name=\"G\" Active=\"Yes\">\n<Trace Name=\"P\" Active=\"Yes\"/>\n"
+      "<Trace Name=\"Q\" Active=\"No\"/>\n</Trace>\n</Traces>\n";
+  m_Install.WriteBase(settings, "", traces);
+  for (auto [mode, expected] : {std::pair{Initialization::Library, 7}, {Initialization::Server, 9}}) {
+    SCOPED_TRACE(mode);
+    Init(mode);
+    EXPECT_EQ(Value<std::int32_t>("\\Quorin\\DBDrivers", "A"), expected);
+    EXPECT_FALSE(ConfigManager::Instance().GetTree().Find(ConfigManager::NodePath("\\Quorin\\DBDrivers")).value().Exists("New"));
+    EXPECT_FALSE(Value<bool>("\\Quorin\\Traces", "Active"));
+    EXPECT_EQ(Value<std::string>("\\Quorin\\Traces", "ClassID"), "log.class");
+    EXPECT_TRUE(Value<bool>("\\Quorin\\Traces\\G", "P"));
+    EXPECT_FALSE(Value<bool>("\\Quorin\\Traces\\G", "Q"));
+    ConfigStartup::Destroy();
+  }
+}
+
+TEST_F(ManagerTest, LocaleTablesByMode) {
+  m_Install.WriteBase();
+  ConfigManager& library = Init(Initialization::Library);
+  EXPECT_EQ(library.GetPlatformLocales("TestOS").count("fr_FR"), 1u);
+  EXPECT_EQ(CatchQRError([&] { library.GetPlatformLocales("OtherOS"); }).Code(), 268);
+  ConfigStartup::Destroy();
+  ConfigManager& server = Init(Initialization::Server);
+  EXPECT_EQ(server.GetPlatformLocales("OtherOS").count("fr_FR"), 1u);
+  EXPECT_EQ(server.GetPlatformLocales("OtherOS").count("en"), 0u);
+  QRError error = CatchQRError([&] { server.GetPlatformLocales("Nowhere"); });
+  EXPECT_EQ(error.Code(), 268);
+  EXPECT_EQ(error.Argument().str(), "Nowhere");
+}
+
+}  // namespace

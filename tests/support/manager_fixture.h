@@ -1,0 +1,46 @@
+// Fixture for tests that initialise the manager over a temporary installation.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+
+#include "config/qr_config.h"
+#include "config/manager/config_keys.h"
+#include "support/temp_installation.h"
+
+class ManagerTest : public ::testing::Test {
+ protected:
+  ManagerTest() {
+    Registry::ClearParameters();
+    Registry::SetParameter("Config Directory", m_Install.Dir());
+  }
+  ~ManagerTest() override {
+    ConfigStartup::Destroy();
+    Registry::ClearParameters();
+  }
+
+  ConfigManager& Init(Initialization::Mode mode = Initialization::Library) {
+    ConfigStartup::Initialize(mode);
+    return ConfigManager::Instance();
+  }
+
+  // The field `field` of the node at `path` ("\Quorin\..."), read as T.
+  template <typename T>
+  T Value(const std::string& path, const std::string& field) {
+    T value{};
+    ConfigManager::Instance().GetTree().Find(ConfigManager::NodePath(path)).value().Find(field)
+        .Value(value);
+    return value;
+  }
+
+  // The names of the children of the node at `path`, in order.
+  std::vector<std::string> Children(const std::string& path);
+
+  TestPlatform m_Platform;
+  TempInstallation m_Install;
+};
+
+// Runs `call` and returns the QRError it throws; fails the test when it throws none.
+QRError CatchQRError(const std::function<void()>& call);
