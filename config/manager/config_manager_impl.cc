@@ -169,14 +169,19 @@ const std::string& ConfigManagerImpl::GetPlatformCharSet(const std::string& name
 const std::string& ConfigManagerImpl::GetCharSetTableEntry(const std::string& driver,
                                                            const std::string& database,
                                                            const std::string& name) {
-  std::string key;
-  key.reserve(driver.size() + m_KeySeparator.size() + database.size());
-  key += driver;
-  key += m_KeySeparator;
-  key += database;
-  auto table = m_CharSetTables.find(key);
+  auto table = m_CharSetTables.find(CharSetKey{driver, m_KeySeparator, database});
   if (table == m_CharSetTables.end()) ThrowQRError(QRErrorCode::NoCharSetTable, driver);
   auto entry = table->second->find(name);
   if (entry == table->second->end()) ThrowQRError(QRErrorCode::NoCharSetEntry, name);
   return entry->second;
+}
+
+int ConfigManagerImpl::CharSetKeyLess::Compare(std::string_view key, const CharSetKey& parts) {
+  for (std::string_view part : {parts.Driver, parts.Separator, parts.Database}) {
+    const std::string_view head = key.substr(0, part.size());
+    if (int order = head.compare(part)) return order;
+    if (head.size() < part.size()) return -1;
+    key.remove_prefix(part.size());
+  }
+  return key.empty() ? 0 : 1;
 }

@@ -4,6 +4,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <Poco/RWLock.h>
@@ -27,6 +28,20 @@ class ConfigManagerImpl : public ConfigManager {
   // A character-set list: entry name to text, shared by the databases that name one file.
   using CharSetList = std::map<std::string, std::string>;
   using CharSetListPtr = std::shared_ptr<const CharSetList>;
+
+  // The key of m_CharSetTables is driver + "::" + database. Lookups compare against the three
+  // parts in place, so a query builds no string.
+  struct CharSetKey {
+    std::string_view Driver, Separator, Database;
+  };
+  struct CharSetKeyLess {
+    using is_transparent = void;
+    bool operator()(const std::string& a, const std::string& b) const { return a < b; }
+    bool operator()(const std::string& a, const CharSetKey& b) const { return Compare(a, b) < 0; }
+    bool operator()(const CharSetKey& a, const std::string& b) const { return Compare(b, a) > 0; }
+    // Compares `key` with the concatenation of the parts of `parts`, byte-wise.
+    static int Compare(std::string_view key, const CharSetKey& parts);
+  };
 
   // Runs the start-up sequence. Throws as ConfigManager::Initialize says; on any exception
   // everything built so far, the key table included, is destroyed.
@@ -79,7 +94,7 @@ class ConfigManagerImpl : public ConfigManager {
   Poco::RWLock m_LocaleLock;
   const std::string m_KeySeparator = "::";
   CharSetListPtr m_PlatformCharSets;
-  std::map<std::string, CharSetListPtr> m_CharSetTables;
+  std::map<std::string, CharSetListPtr, CharSetKeyLess> m_CharSetTables;
   const Initialization::Mode m_Mode;
 };
 
