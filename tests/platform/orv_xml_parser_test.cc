@@ -1,0 +1,173 @@
+#include "platform/orv_xml_parser.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <stdexcept>
+#include <string>
+
+#include "config/manager/qr_error.h"
+#include "platform/temp_dir.h"
+
+namespace {
+
+using namespace std::string_literals;
+
+std::string Utf8(const unsigned short* units, int count = -1) {
+  if (count < 0) count = static_cast<int>(std::char_traits<ucs2char>::length(units));
+  return orv_utf8string(units, static_cast<std::size_t>(count)).str();
+}
+
+// Records the events as "<name a=v>", "</name>" or the chunk, each followed by '|'.
+class Recorder : public OrvXmlParser {
+ public:
+  using OrvXmlParser::ParseFile;
+  void StartElementHandler(const unsigned short* name, const OrvXmlAttributeValue* a) override {
+    Events += "<" + Utf8(name);
+    for (; a->Name != nullptr; ++a) Events += " " + Utf8(a->Name) + "=" + Utf8(a->Value);
+    Events += ">|";
+  }
+  void EndElementHandler(const unsigned short* name) override {
+    Events += "</" + Utf8(name) + ">|";
+  }
+  void CharacterDataHandler(const unsigned short* text, int length) override {
+    Events += Utf8(text, length) + "|";
+  }
+  std::string Events;
+};
+
+// The parse code of `path` (0 when it parses), checking that the error names the path.
+std::int32_t CodeOf(const std::string& path, Recorder& recorder) {
+  try {
+    recorder.ParseFile(path);
+  } catch (const QRError& error) {
+    EXPECT_EQ(path, error.Argument().str());
+    EXPECT_EQ(error.Code(), recorder.LastError().Code);
+    return error.Code();
+  }
+  return 0;
+}
+std::int32_t CodeOf(const std::string& path) {
+  Recorder recorder;
+  return CodeOf(path, recorder);
+}
+
+TEST(OrvXmlParserTest, CharacterDataComesInLineChunks) {
+  const std::string cases[][2] = {
+      {"<a x='1' y=\"&lt;2\">Tom &amp; Jerry</a>", "<a x=1 y=<2>|Tom & Jerry|</a>|"},
+      {"<a>a\nb</a>", "<a>|a|\n|b|</a>|"},
+      {"<a>x\r\ny\rz</a>", "<a>|x|\n|y|\n|z|</a>|"},
+      {"<a>p<![CDATA[<q>\n]]>r&#65;s</a>", "<a>|p<q>|\n|rAs|</a>|"},
+      {"<a>a&#13;b&#10;c</a>", "<a>|a|\r|b|\n|c|</a>|"},
+      {"<a>\n  <b/>x<!--c-->y</a>", "<a>|\n|  |<b>|</b>|x|y|</a>|"},
+      {"<!DOCTYPE a [<!ENTITY e 'one\ntwo'>]><a>[&e;]</a>", "<a>|[one|\n|two]|</a>|"},
+      // UTF-16 with byte-order marks, declared ISO-8859-1, UTF-8 with byte-order mark.
+      {"\xFF\xFE<\0a\0>\0\xE9\0<\0/\0a\0>\0"s, "<a>|\xC3\xA9|</a>|"},
+      {"\xFE\xFF\0<\0a\0>\0\xE9\0<\0/\0a\0>"s, "<a>|\xC3\xA9|</a>|"},
+      {"<?xml version='1.0' encoding='ISO-8859-1'?><a>\xE9</a>", "<a>|\xC3\xA9|</a>|"},
+      {"\xEF\xBB\xBF<a>\xC3\xA9</a>", "<a>|\xC3\xA9|</a>|"},
+  };
+  TempDir dir;
+  for (const auto& c : cases) {
+    Recorder recorder;
+    recorder.ParseFile(dir.Write("doc.xml", c[0]));
+    EXPECT_EQ(c[1], recorder.Events) << c[0];
+  }
+}
+
+TEST(OrvXmlParserTest, ChunksDoNotDependOnBlockBoundaries) {
+  const std::string unit = "ab&amp;<![CDATA[c]]>&#66;";
+  std::string text, expected;
+  for (int i = 0; i < 3000; ++i) text += unit, expected += "ab&cB";  // more than one block
+  TempDir dir;
+  // Shift the text by every offset within a unit, so that a block boundary falls at every
+  // position of a reference and a CDATA marker.
+  for (std::size_t pad = 1; pad <= unit.size() + 1; ++pad) {
+    Recorder recorder;
+    recorder.ParseFile(
+        dir.Write("big.xml", "<a" + std::string(pad, ' ') + ">" + text + "\r\n" + text + "</a>"));
+    EXPECT_EQ("<a>|" + expected + "|\n|" + expected + "|</a>|", recorder.Events) << pad;
+  }
+}
+
+TEST(OrvXmlParserTest, FailuresCarryTheirCodePathAndPosition) {
+  std::string bomb = "<!DOCTYPE l [<!ENTITY a0 '" + std::string(100, 'a') + "'>";
+  for (int i = 1; i < 9; ++i) {
+    bomb += "<!ENTITY a" + std::to_string(i) + " '";
+    for (int j = 0; j < 10; ++j) bomb += "&a" + std::to_string(i - 1) + ";";
+    bomb += "'>";
+  }
+  // clang-format off
+  const std::pair<std::string, std::int32_t> cases[] = {
+      {"", 46}, {"<a><b>text", 46}, {"<a></b>", 46}, {"<a/><b/>", 46}, {"<a>&nope;</a>", 46},
+      {"<a>x\0y</a>"s, 46}, {"<a>\x01</a>", 46},
+      {"<a>x\xFFy</a>", 47}, {"<a>\xC0\xAF</a>", 47}, {"<a b='\xED\xA0\x80'/>", 47},
+      {"<a/>\xC3", 47}, {"<?xml version='1.0' encoding='klingon'?><a/>", 47},
+      {"<?xml version='1.0' encoding='UTF-16'?><a/>", 47},
+      {"<?xml version='1.0' encoding='US-ASCII'?><a>\xC3\xA9</a>", 47},
+      {"\xFF\xFE<\0a\0>\0\0\xD8x\0<\0/\0a\0>\0"s, 47},  // lone high surrogate
+      {"\0<\0a\0>\xDC\0\0<\0/\0a\0>"s, 47},               // lone low surrogate
+      {bomb + "]><l>&a8;</l>", 48}};
+  // clang-format on
+  TempDir dir;
+  for (const auto& [document, code] : cases) {
+    EXPECT_EQ(code, CodeOf(dir.Write("bad.xml", document))) << document;
+  }
+  EXPECT_EQ(45, CodeOf(dir.Path() + "/missing.xml"));
+  EXPECT_EQ(45, CodeOf(dir.Path()));
+  if (geteuid() != 0) {  // root reads any file
+    std::string locked = dir.Write("locked.xml", "<a/>");
+    chmod(locked.c_str(), 0);
+    EXPECT_EQ(45, CodeOf(locked));
+  }
+  Recorder recorder;
+  EXPECT_EQ(46, CodeOf(dir.Write("doc.xml", "<a>\n  <b></c>\n</a>"), recorder));
+  EXPECT_EQ(2u, recorder.LastError().Line);
+  EXPECT_EQ(8u, recorder.LastError().Column);
+  EXPECT_EQ("mismatched tag", recorder.LastError().Message);
+}
+
+TEST(OrvXmlParserTest, ExternalEntitiesAndDtdsAreNeverLoaded) {
+  TempDir dir;
+  const std::string secret = dir.Write("secret.txt", "SECRET");
+  const std::string dtd = dir.Write("ext.dtd", "<!ATTLIST a leak CDATA 'SECRET'>");
+  Recorder recorder;
+  recorder.ParseFile(dir.Write("doc.xml", "<!DOCTYPE a SYSTEM '" + dtd + "' [<!ENTITY e SYSTEM '" +
+                                              secret + "'>]><a>x&e;y</a>"));
+  EXPECT_EQ("<a>|x|y|</a>|", recorder.Events);
+}
+
+TEST(OrvXmlParserTest, HandlerExceptionsPassUnchanged) {
+  struct Thrower : Recorder {
+    void EndElementHandler(const unsigned short*) override {
+      if (Library) ThrowQRError(267);
+      throw std::runtime_error("other");
+    }
+    bool Library = true;
+  } thrower;
+  TempDir dir;
+  const std::string path = dir.Write("doc.xml", "<a><b>text</b></a>");
+  try {
+    thrower.ParseFile(path);
+    ADD_FAILURE();
+  } catch (const QRError& error) {
+    EXPECT_EQ(267, error.Code());
+    EXPECT_EQ("", error.Argument().str());
+  }
+  EXPECT_EQ("<a>|<b>|text|", thrower.Events) << "nothing after the throw";
+  thrower.Library = false;
+  EXPECT_THROW(thrower.ParseFile(path), std::runtime_error) << "reusable after a throw";
+}
+
+TEST(OrvXmlParserTest, DeepNestingParses) {
+  std::string document;
+  for (int i = 0; i < 100000; ++i) document += "<e>";
+  for (int i = 0; i < 100000; ++i) document += "</e>";
+  TempDir dir;
+  Recorder recorder;
+  recorder.ParseFile(dir.Write("deep.xml", document));
+  EXPECT_EQ(100000 * 9u, recorder.Events.size());  // "<e>|" and "</e>|"
+}
+
+}  // namespace
