@@ -1,0 +1,90 @@
+// ConfigManager::Field: one named, strictly typed value of the configuration.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <type_traits>
+#include <variant>
+
+#include "config/model/config_manager_types.h"
+#include "platform/i18n_string.h"
+
+// A field is a name and one value of a fixed kind: a text, a UTF-8 text, a signed 32-bit
+// integer or a boolean (or nothing, for a default-made field). The kind is set when the field
+// is made and changes only when another field is assigned to it. A field never converts:
+// every Value and Update whose argument type differs from the field's kind throws QRError
+// code 1 (no argument) and leaves both the field and the output argument unchanged.
+//
+// Overloads: a text literal makes or updates a String field, never a Bool one; an int
+// literal makes a Long field. Every other arithmetic type (long, long long, unsigned types,
+// char types, floating point) is a compile error, as is nullptr: cast to std::int32_t or
+// bool explicitly, so that a value can neither be narrowed nor land in the wrong kind silently.
+//
+// Copying copies the name and the value (texts are duplicated, never shared). There are no
+// move operations: moving a field copies it. Not synchronised.
+class QR_API ConfigManagerTypes::Field {
+ public:
+  // The kind of value a field holds; a 32-bit enumeration.
+  enum ValueTag : std::int32_t { None = 0, String = 1, UTF8String = 2, Long = 3, Bool = 4 };
+
+  // Empty name, tag None.
+  Field();
+  // Tag String.
+  Field(const std::string& name, const std::string& value);
+  // Tag String, holding the NUL-terminated text; `value` must not be null.
+  Field(const std::string& name, const char* value);
+  // Tag UTF8String.
+  Field(const std::string& name, const orv_utf8string& value);
+  // Tag Long.
+  Field(const std::string& name, std::int32_t value);
+  // Tag Bool.
+  Field(const std::string& name, bool value);
+  template <typename T, typename = std::enable_if_t<std::is_arithmetic_v<T>>>
+  Field(const std::string& name, T value) = delete;
+  Field(const std::string& name, std::nullptr_t) = delete;
+
+  Field(const Field& other);
+  // Copies name, tag and value; self-assignment changes nothing. On failure (memory) this
+  // field keeps its old content.
+  Field& operator=(const Field& other);
+  virtual ~Field();
+
+  const std::string& Name() const noexcept { return m_Name; }
+  // The name, like Name().
+  operator const std::string&() const noexcept { return m_Name; }  // NOLINT: implicit
+  ValueTag ValueType() const noexcept { return static_cast<ValueTag>(m_Value.index()); }
+
+  // Copy the value into `out` when the tag matches; otherwise throw QRError 1.
+  void Value(std::string& out) const;
+  void Value(orv_utf8string& out) const;
+  void Value(std::int32_t& out) const;
+  void Value(bool& out) const;
+
+  // Replace the value when the tag matches; otherwise throw QRError 1. The tag never
+  // changes. If copying a text fails for lack of memory, the field keeps its old text.
+  void Update(const std::string& value);
+  // Updates a String field with the NUL-terminated text; `value` must not be null.
+  void Update(const char* value);
+  void Update(const orv_utf8string& value);
+  void Update(std::int32_t value);
+  void Update(bool value);
+  template <typename T, typename = std::enable_if_t<std::is_arithmetic_v<T>>>
+  void Update(T value) = delete;
+  void Update(std::nullptr_t) = delete;
+
+  // Equal when the names are the same bytes, the tags are equal and the values are equal
+  // (texts byte for byte; two None fields are equal). A String and a UTF8String field with
+  // the same name and text differ.
+  bool operator==(const Field& other) const;
+  bool operator==(const Field& other) { return static_cast<const Field&>(*this) == other; }
+  bool operator!=(const Field& other) const { return !(*this == other); }
+  bool operator!=(const Field& other) { return !(static_cast<const Field&>(*this) == other); }
+
+ private:
+  // The alternatives are in tag order: index() is the tag.
+  using Storage = std::variant<std::monostate, std::string, orv_utf8string, std::int32_t, bool>;
+
+  std::string m_Name;
+  Storage m_Value;
+};

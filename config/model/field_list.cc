@@ -1,0 +1,5 @@
+#include "config/model/field_list.h"
+
+template class node_iterator<ConfigManagerTypes::Field, long long>;
+template class const_node_iterator<ConfigManagerTypes::Field, long long>;
+template class tnode<ConfigManagerTypes::Field>;

@@ -1,0 +1,29 @@
+// Helpers of the model tests: error assertions and printing of fields.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <ostream>
+#include <string>
+
+#include "config/manager/qr_error.h"
+#include "config/model/field.h"
+
+// Asserts that `call` throws QRError(3, 256, code[, argument]).
+template <typename Call>
+void ExpectQRError(Call&& call, std::int32_t code, const std::string& argument = std::string()) {
+  try {
+    call();
+    ADD_FAILURE() << "no QRError, expected code " << code;
+  } catch (const QRError& error) {
+    EXPECT_EQ(error.Component(), 3);
+    EXPECT_EQ(error.Level(), 256);
+    EXPECT_EQ(error.Code(), code);
+    EXPECT_EQ(error.Argument().str(), argument);
+  }
+}
+
+inline void PrintTo(const ConfigManagerTypes::Field& field, std::ostream* out) {
+  *out << '"' << field.Name() << "\" tag " << field.ValueType();
+}

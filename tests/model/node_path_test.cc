@@ -1,0 +1,26 @@
+#include "config/model/node_path.h"
+
+#include <gtest/gtest.h>
+
+#include <utility>
+
+namespace {
+
+using NodePath = ConfigManagerTypes::NodePath;
+
+TEST(NodePathTest, WorkedExamples) {
+  NodePath localization("\\Quorin\\Localization");
+  NodePath moved(std::move(localization));
+  EXPECT_STREQ(static_cast<const char*>(localization), "\\Quorin\\Localization");
+  localization += "Ora";
+  EXPECT_EQ(localization.levels(), moved.levels() + 1);
+  EXPECT_EQ(localization[2], "Ora");
+  const NodePath made(static_cast<const char*>(NodePath("\\Quorin\\ActiveDataSources")), "Ora");
+  EXPECT_STREQ(static_cast<const char*>(made), "\\Quorin\\ActiveDataSources\\Ora");
+  EXPECT_EQ(made.levels(), 3);
+  moved = std::move(made);
+  EXPECT_EQ(made.levels(), 3);
+  EXPECT_EQ(NodePath("").levels(), 0);
+}
+
+}  // namespace

@@ -1,0 +1,168 @@
+#include "platform/sfile.h"
+
+#include <gtest/gtest.h>
+#include <ini.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/temp_dir.h"
+
+namespace {
+
+using Parameter = SFile::Parameter;
+using namespace std::string_literals;
+
+// Every parameter of a section as "key|name|text|kind".
+std::vector<std::string> Entries(const SFile::Section& section) {
+  std::vector<std::string> entries;
+  for (const auto& [key, parameter] : section) {
+    std::string text;
+    parameter.Value(text);
+    entries.push_back(key + "|" + parameter.Name() + "|" + text + "|" +
+                      std::to_string(parameter.Kind()));
+  }
+  return entries;
+}
+
+class SFileTest : public ::testing::Test {
+ protected:
+  SFile Parse(const std::string& bytes, int mode = 3) {
+    return SFile(m_Dir.Write("t.cfg", bytes), mode);
+  }
+  TempDir m_Dir;
+};
+
+TEST_F(SFileTest, ReadsSectionsAndParameters) {
+  ini_allow_inline_comments = true;  // another user's setting must neither apply nor be lost
+  const std::string longName(300, 's'), longValue(100000, 'v');  // inih alone would cut these
+  const SFile file = Parse(
+      "\xEF\xBB\xBF; comment\r\n"
+      "  # another\n"
+      "[ CharSets ]\n"
+      "  Name One  =  Value with ; and # inside  \r\n"
+      "Empty =\n"
+      "Colon: 12\n"
+      "   Indented = yes\n"
+      "[Empty Section]\n"
+      "[B]\n"
+      "x = 1\n"
+      "[CharSets]\n"
+      "Later = -7\n[" +
+      longName + "]\nn = " + longValue);
+  ASSERT_EQ(file.Sections().size(), 4u);
+  EXPECT_EQ(Entries(*file.FindSection("CharSets")),
+            (std::vector<std::string>{"Colon|Colon|12|2", "Empty|Empty||1",
+                                      "Indented|Indented|yes|3", "Later|Later|-7|2",
+                                      "Name One|Name One|Value with ; and # inside|1"}));
+  EXPECT_TRUE(ini_allow_inline_comments);
+  EXPECT_EQ(Entries(*file.FindSection(longName)),
+            (std::vector<std::string>{"n|n|" + longValue + "|1"}));
+  ASSERT_NE(file.FindSection("Empty Section"), nullptr);
+  EXPECT_TRUE(file.FindSection("Empty Section")->empty());
+  EXPECT_EQ(file.FindSection("charsets"), nullptr);  // exact names
+}
+
+TEST_F(SFileTest, RepeatedNamesKeepEveryOccurrence) {
+  const SFile file = Parse("[S]\nx = 1\nx#2 = lit\nx = 2\nx = 3\n[T]\n[S]\nx = 4\n");
+  EXPECT_EQ(Entries(*file.FindSection("S")),
+            (std::vector<std::string>{"x|x|1|2", "x#2|x#2|lit|1", "x#3|x|2|2", "x#4|x|3|2",
+                                      "x#5|x|4|2"}));
+}
+
+TEST_F(SFileTest, MalformedFilesNameTheLine) {
+  const struct {
+    std::string bytes;
+    int line;
+  } cases[] = {
+      {"x = 1\n", 1},                  // before any section
+      {"[S]\n\njust text\n", 3},       // neither header, parameter nor comment
+      {"[S\n", 1},                     // no ']'
+      {"[S] x\n", 1},                  // text after ']'
+      {"[ ]\n", 1},                    // no section name
+      {"[S]\n= value\n", 2},           // no parameter name
+      {"[S]\na = 1\nb = x\0y\n"s, 3},  // NUL byte
+      {"[S]\n" + std::string((1 << 20) + 1, 'a') + "=1\n", 2},  // longer than the limit
+      {"[S]\na = \xFF\xFE\nbad\n", 3},  // invalid bytes are fine, the line is not
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.bytes.substr(0, 40));
+    try {
+      Parse(c.bytes);
+      ADD_FAILURE() << "no exception";
+    } catch (const SFile::Exception& e) {
+      EXPECT_EQ(e.Kind(), 0);
+      EXPECT_EQ(e.Line(), c.line);
+      EXPECT_EQ(e.FileName(), m_Dir.Path() + "/t.cfg");
+      EXPECT_NE(std::string(e.what()).find("t.cfg\" at line " + std::to_string(c.line)),
+                std::string::npos)
+          << e.what();
+    }
+  }
+}
+
+TEST_F(SFileTest, FileFailuresHaveTheirKinds) {
+  const std::string missing = m_Dir.Path() + "/none.cfg";
+  const std::string notDir = m_Dir.Write("plain", "x") + "/sub.cfg";
+  std::vector<std::pair<std::string, int>> cases = {
+      {missing, 1}, {notDir, 1}, {"", 1}, {m_Dir.Path(), 2}};
+  if (geteuid() != 0) {  // root reads everything
+    const std::string locked = m_Dir.Write("locked.cfg", "[S]\n");
+    chmod(locked.c_str(), 0);
+    cases.emplace_back(locked, 2);
+  }
+  for (const auto& [name, kind] : cases) {
+    SCOPED_TRACE(name);
+    try {
+      SFile(name, 3);
+      ADD_FAILURE() << "no exception";
+    } catch (const SFile::Exception& e) {
+      EXPECT_EQ(e.Kind(), kind);
+      EXPECT_EQ(e.Line(), 0);
+      EXPECT_EQ(e.FileName(), name);
+      EXPECT_NE(std::string(e.what()).find("\"" + name + "\""), std::string::npos) << e.what();
+    }
+  }
+}
+
+TEST(SFileParameterTest, ClassifiesRawText) {
+  const struct {
+    const char* text;
+    int kind;
+  } cases[] = {
+      {"0", 2},    {"+12", 2},        {"-2147483648", 2}, {"2147483647", 2},
+      {"007", 2},  {"2147483648", 1}, {"-2147483649", 1}, {"99999999999999999999", 1},
+      {"+", 1},    {"-", 1},          {"+-1", 1},         {"1 2", 1},
+      {"0x10", 1}, {"1.5", 1},        {"TRUE", 3},        {"no", 3},
+      {"Yes", 3},  {"fAlse", 3},      {"on", 1},          {"truex", 1},
+      {"", 1},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.text);
+    EXPECT_EQ(Parameter(Parameter::Classify{}, "n", c.text).Kind(), c.kind);
+  }
+  int number = 0;
+  Parameter(Parameter::Classify{}, "n", "-2147483648").Value(number);
+  EXPECT_EQ(number, -2147483647 - 1);
+}
+
+TEST(SFileParameterTest, ReadingAnotherKindThrowsKind3AndKeepsTheOutput) {
+  int number = 42;
+  bool flag = false;
+  try {
+    Parameter("t", "12").Value(number);
+    ADD_FAILURE() << "no exception";
+  } catch (const SFile::Exception& e) {
+    EXPECT_EQ(e.Kind(), 3);
+    EXPECT_EQ(e.Line(), 0);
+  }
+  EXPECT_THROW(Parameter("i", 12).Value(flag), SFile::Exception);
+  EXPECT_THROW(Parameter("b", true).Value(number), SFile::Exception);
+  EXPECT_EQ(number, 42);
+  EXPECT_FALSE(flag);
+}
+
+}  // namespace
