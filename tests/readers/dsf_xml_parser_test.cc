@@ -1,0 +1,90 @@
+#include "config/readers/dsf_xml_parser.h"
+
+#include "reader_test_support.h"
+
+namespace {
+
+class DsfXmlParserTest : public ::testing::Test {
+ protected:
+  DsfXmlParserTest() {
+    m_Defaults.value().push_back(Field("Status", std::int32_t{0}));
+    const XmlFile setup("<S><Directory>dir</Directory><Version Type=\"V\">1</Version></S>");
+    m_Setup.Parse(setup.Path());
+  }
+  // Parses `file`; sets m_Standard to the fields every database it accepts gets after those
+  // of the defaults.
+  void Parse(const Poco::Path& file, const std::vector<std::string>& patterns = {}) {
+    m_Standard = "Configuration File='" + file.toString() + "', Directory='dir', V='1'";
+    DsfXmlParser reader(m_Defaults, m_Driver, m_Names, m_Setup);
+    reader.SetActiveDatabases(patterns);
+    reader.Parse(file);
+  }
+
+  TestPlatform m_Platform;
+  tree<Node> m_Tree{Node("Quorin")};
+  TreeNode& m_Defaults = *m_Tree.root().ch_push_back(Node("Drivers defaults"));
+  TreeNode& m_Driver = *m_Tree.root().ch_push_back(Node("Drv"));
+  std::map<std::string, std::string> m_Names;
+  SetupXmlParser m_Setup;
+  std::string m_Standard;
+};
+
+TEST_F(DsfXmlParserTest, DatabaseAcceptance) {
+  const struct {
+    std::string Attributes;
+    std::vector<std::string> Patterns;
+    std::size_t Accepted;
+  } cases[] = {
+      {R"(Name="db1")", {}, 0},
+      {R"(Name="db1" Active="No")", {}, 0},
+      {R"(Name="db1" Active="no")", {}, 1},
+      {R"(Name="db1" Active="Yes" Platform="p1,p2")", {}, 1},
+      {R"(Name="db1" Active="Yes" Platform="p1,p3")", {}, 0},
+      {R"(Name="db12" Active="Yes")", {"x", "db[0-9]+"}, 1},
+      {R"(Name="mydb12" Active="Yes")", {"db[0-9]+"}, 0},
+  };
+  for (const auto& c : cases) {
+    const std::size_t before = m_Driver.ch_size();
+    const XmlFile file("<Data><DataBase " + c.Attributes + "/></Data>");
+    Parse(file.Path(), c.Patterns);
+    EXPECT_EQ(m_Driver.ch_size() - before, c.Accepted) << c.Attributes;
+    m_Names.clear();
+  }
+}
+
+TEST_F(DsfXmlParserTest, DefaultsReachLaterDatabasesAndParametersUpdateThem) {
+  Parse(Fixture("defaults.dsf"));
+  EXPECT_EQ(Describe(m_Driver), "Drv{}[d1{Status=0, Port=1522, Library='deflib', " + m_Standard +
+                                    ", Flag=true} d2{Status=0, Port=1521, Library='own', "
+                                    "Extra='x', " +
+                                    m_Standard + "}]");
+}
+
+TEST_F(DsfXmlParserTest, LibraryLists) {
+  Parse(Fixture("libraries.dsf"));
+  const std::string fields = "{Status=0, Library='Undefined', " + m_Standard + "}";
+  EXPECT_EQ(Describe(m_Driver), "Drv{}[d1" + fields +
+                                    "[Libraries{Library='a', Library='b'} Libraries{Library='c'}]"
+                                    " d2" +
+                                    fields + "]");
+}
+
+TEST_F(DsfXmlParserTest, NamesAndAliases) {
+  Parse(Fixture("aliases.dsf"));
+  const std::map<std::string, std::string> names{
+      {"d1", "d1"}, {"d2", "d2"}, {"x1", "d1"}, {"x2", "d1"}};
+  EXPECT_EQ(m_Names, names);
+  EXPECT_EQ(m_Driver.ch_size(), 3u);
+}
+
+TEST_F(DsfXmlParserTest, Errors) {
+  const XmlFile file(R"(<Data><Defaults><Parameter Name="Port">1521</Parameter></Defaults>
+    <DataBase Name="d" Active="Yes"><Parameter Name="Port">abc</Parameter></DataBase></Data>)");
+  ExpectQRError([&] { Parse(file.Path()); }, QRErrorCode::TypeMismatch, "");
+  EXPECT_EQ(m_Driver.ch_size(), 1u);  // appended before the error, and kept
+  DsfXmlParser reader(m_Defaults, m_Driver, m_Names, m_Setup);
+  const std::vector<std::string> patterns{"db.*", "db("};
+  ExpectQRError([&] { reader.SetActiveDatabases(patterns); }, QRErrorCode::InvalidPattern, "db(");
+}
+
+}  // namespace

@@ -1,0 +1,108 @@
+#include "config/readers/reader_frame.h"
+
+#include <functional>
+#include <memory>
+#include <stdexcept>
+
+#include "config/readers/cfg_xml_parser.h"
+#include "config/readers/drv_xml_parser.h"
+#include "config/readers/dsf_xml_parser.h"
+#include "config/readers/loc_drv_xml_parser.h"
+#include "config/readers/setup_xml_parser.h"
+#include "reader_test_support.h"
+
+namespace {
+
+// What the readers' constructors need.
+struct Dependencies {
+  tree<Node> Tree{Node("Quorin")};
+  TreeNode& Root = Tree.root();
+  CfgXmlParser::PlatformLocales Locales;
+  std::map<std::string, std::string> Names;
+  SetupXmlParser Setup;
+};
+
+template <typename Reader>
+std::unique_ptr<Reader> Make(Dependencies& d) {
+  if constexpr (std::is_same_v<Reader, CfgXmlParser>) {
+    return std::make_unique<Reader>(Initialization::Server, &d.Locales, &d.Root, &d.Root, &d.Root,
+                                    &d.Root);
+  } else if constexpr (std::is_same_v<Reader, DsfXmlParser>) {
+    return std::make_unique<Reader>(d.Root, d.Root, d.Names, d.Setup);
+  } else {
+    return std::make_unique<Reader>();
+  }
+}
+
+template <typename Reader>
+class ReaderFrameTest : public ::testing::Test {};
+using Readers =
+    ::testing::Types<CfgXmlParser, DrvXmlParser, LocDrvXmlParser, SetupXmlParser, DsfXmlParser>;
+TYPED_TEST_SUITE(ReaderFrameTest, Readers);
+
+TYPED_TEST(ReaderFrameTest, ParseCodesBecomeFileCodesWithThePath) {
+  // 10^8 expansions of an entity: Expat's amplification limit refuses it (parse code 48).
+  std::string bomb = "<!DOCTYPE a [<!ENTITY e0 \"laughter\">";
+  for (int i = 1; i < 9; ++i) {
+    bomb += "<!ENTITY e" + std::to_string(i) + " \"";
+    for (int k = 0; k < 10; ++k) bomb += "&e" + std::to_string(i - 1) + ";";
+    bomb += "\">";
+  }
+  const Poco::TemporaryFile missing;
+  const XmlFile malformed("<a><b></a>"), encoding("<a>\xff</a>"), refused(bomb + "]><a>&e8;</a>");
+  const Poco::Path paths[] = {Poco::Path(missing.path()), malformed.Path(), encoding.Path(),
+                              refused.Path()};
+  const std::int32_t first = std::is_same_v<TypeParam, DsfXmlParser> ? 279 : 264;
+  for (std::int32_t i = 0; i < 4; ++i) {
+    Dependencies d;
+    ExpectQRError([&] { Make<TypeParam>(d)->Parse(paths[i]); }, first + i, paths[i].toString());
+  }
+}
+
+// The frame's typing of values, and a start handler that throws what the test gives it.
+struct Probe : ReaderFrame {
+  Probe() : ReaderFrame(kConfigFileCodes) {}
+  using ReaderFrame::MakeField;
+  using ReaderFrame::StoreValue;
+  void StartElementHandler(const unsigned short*, const OrvXmlAttributeValue*) override { Throw(); }
+  std::function<void()> Throw;
+};
+
+TEST(ReaderFrameTest, HandlerErrorsPassUnchanged) {
+  const XmlFile file("<a/>");
+  Probe reader;
+  reader.Throw = [] { ThrowQRError(QRErrorCode::MissingField, "Port"); };
+  ExpectQRError([&] { reader.Parse(file.Path()); }, QRErrorCode::MissingField, "Port");
+  reader.Throw = [] { throw std::runtime_error("other"); };
+  EXPECT_THROW(reader.Parse(file.Path()), std::runtime_error);
+}
+
+TEST(ReaderFrameTest, ValuesAreTypedByTheirWholeText) {
+  const std::pair<std::string, std::string> cases[] = {
+      {"NO", "v=false"}, {"n", "v=false"},     {"Yes", "v=true"},  {"ys", "v=true"},
+      {"1", "v=1"},      {"-0", "v=0"},        {"|5", "v=5"},      {"0042", "v=42"},
+      {"", "v=''"},      {" yes", "v=' yes'"}, {"1.5", "v='1.5'"}, {"nope", "v='nope'"}};
+  Probe c;
+  for (const auto& [text, field] : cases)
+    EXPECT_EQ(Describe(c.MakeField("v", text)), field) << text;
+  Field number("v", std::int32_t{1});
+  c.StoreValue(number, "12");
+  ExpectQRError([&] { c.StoreValue(number, "yes"); }, QRErrorCode::TypeMismatch, "");
+  EXPECT_EQ(Describe(number), "v=12");
+}
+
+TEST(ReaderFrameTest, LineBreakCutKeepsTheTextBeforeTheLastBreak) {
+  const std::pair<std::u16string, std::string> cases[] = {
+      {u"abc", "abc"}, {u"abc\n   ", "abc"},
+      {u"\n", ""},     {u"\n  ", ""},
+      {u"a\nb", "a"},  {u"a\rb\nc", "a\rb"},
+      {u"x\r", "x"},   {u"\u00e9t\u00e9", "\xc3\xa9t\xc3\xa9"}};
+  for (const auto& [chunk, kept] : cases) {
+    const ucs2basic_string units(chunk.begin(), chunk.end());
+    std::string out = ">";
+    ReaderText::AppendCut(units.data(), static_cast<int>(units.size()), out);
+    EXPECT_EQ(out, ">" + kept) << kept;
+  }
+}
+
+}  // namespace
