@@ -1,5 +1,7 @@
 #include "config/version.h"
 
 namespace qr_config {
-const char* Version() noexcept { return QR_CONFIG_VERSION; }
+const char* Version() noexcept {
+  return QR_CONFIG_VERSION;
+}
 }  // namespace qr_config

@@ -4,13 +4,21 @@ namespace Quorin {
 
 Error::~Error() = default;
 
-const char* Error::TypeName() const noexcept { return "Error"; }
+const char* Error::TypeName() const noexcept {
+  return "Error";
+}
 
-std::string Error::Message() const { return m_What; }
+std::string Error::Message() const {
+  return m_What;
+}
 
-std::unique_ptr<Error> Error::Clone() const { return std::unique_ptr<Error>(new Error(*this)); }
+std::unique_ptr<Error> Error::Clone() const {
+  return std::unique_ptr<Error>(new Error(*this));
+}
 
-void Error::Raise() const { throw *this; }
+void Error::Raise() const {
+  throw *this;
+}
 
 QRError::QRError(std::int32_t component, std::uint16_t level, std::int32_t code)
     : m_Component(component), m_Code(code), m_Level(level) {
@@ -25,11 +33,17 @@ QRError::QRError(std::int32_t component, std::uint16_t level, std::int32_t code,
 
 QRError::~QRError() = default;
 
-const char* QRError::TypeName() const noexcept { return "Quorin::QRError"; }
+const char* QRError::TypeName() const noexcept {
+  return "Quorin::QRError";
+}
 
-std::unique_ptr<Error> QRError::Clone() const { return std::make_unique<QRError>(*this); }
+std::unique_ptr<Error> QRError::Clone() const {
+  return std::make_unique<QRError>(*this);
+}
 
-void QRError::Raise() const { throw *this; }
+void QRError::Raise() const {
+  throw *this;
+}
 
 std::string QRError::Describe() const {
   if (m_Argument.empty()) return "error";

@@ -73,7 +73,9 @@ class QR_API QRError : public Error {
  protected:
   // Lets a derived class describe its codes in its own words.
   virtual std::string Describe() const;
-  void Compose() { SetWhat(std::string(TypeName()) + " " + std::to_string(m_Code) + ": " + Describe()); }
+  void Compose() {
+    SetWhat(std::string(TypeName()) + " " + std::to_string(m_Code) + ": " + Describe());
+  }
 
  private:
   std::int32_t m_ErrorClass = 3;

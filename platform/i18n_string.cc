@@ -22,8 +22,12 @@ void AppendScalarUtf8(char32_t c, std::string& out) {
   }
 }
 
-bool IsHighSurrogate(char32_t u) { return u >= 0xD800 && u <= 0xDBFF; }
-bool IsLowSurrogate(char32_t u) { return u >= 0xDC00 && u <= 0xDFFF; }
+bool IsHighSurrogate(char32_t u) {
+  return u >= 0xD800 && u <= 0xDBFF;
+}
+bool IsLowSurrogate(char32_t u) {
+  return u >= 0xDC00 && u <= 0xDFFF;
+}
 
 }  // namespace
 
@@ -70,8 +74,10 @@ void AppendUtf8AsUtf16(const char* bytes, std::size_t count, ucs2basic_string& o
     }
     bool valid = length != 0 && i + length <= count;
     for (std::size_t k = 1; valid && k < length; ++k) {
-      if ((s[i + k] & 0xC0) != 0x80) valid = false;
-      else c = (c << 6) | (s[i + k] & 0x3F);
+      if ((s[i + k] & 0xC0) != 0x80)
+        valid = false;
+      else
+        c = (c << 6) | (s[i + k] & 0x3F);
     }
     if (valid && (c < minimum || c > 0x10FFFF || (c >= 0xD800 && c <= 0xDFFF))) valid = false;
     if (!valid) {

@@ -30,14 +30,16 @@ class QR_API orv_utf8string {
   orv_utf8string() = default;
   // Byte for byte from a NUL-terminated narrow text; a null pointer gives the empty text.
   orv_utf8string(const char* bytes) : m_Bytes(bytes ? bytes : "") {}  // NOLINT: implicit
-  orv_utf8string(const unsigned char* bytes)                           // NOLINT: implicit
+  orv_utf8string(const unsigned char* bytes)                          // NOLINT: implicit
       : orv_utf8string(reinterpret_cast<const char*>(bytes)) {}
   orv_utf8string(const char* bytes, std::size_t size) : m_Bytes(bytes, size) {}
-  orv_utf8string(const std::string& bytes) : m_Bytes(bytes) {}  // NOLINT: implicit
+  orv_utf8string(const std::string& bytes) : m_Bytes(bytes) {}        // NOLINT: implicit
   orv_utf8string(std::string&& bytes) : m_Bytes(std::move(bytes)) {}  // NOLINT: implicit
   // Converts UTF-16 to UTF-8 (see the file comment for invalid input).
   explicit orv_utf8string(const ucs2string& text);
-  orv_utf8string(const ucs2char* units, std::size_t count) { AppendUtf16AsUtf8(units, count, m_Bytes); }
+  orv_utf8string(const ucs2char* units, std::size_t count) {
+    AppendUtf16AsUtf8(units, count, m_Bytes);
+  }
 
   const char* c_str() const noexcept { return m_Bytes.c_str(); }
   const char* data() const noexcept { return m_Bytes.data(); }
@@ -51,7 +53,9 @@ class QR_API orv_utf8string {
     AppendUtf16AsUtf8(units, count, m_Bytes);
   }
 
-  friend bool operator==(const orv_utf8string& a, const orv_utf8string& b) { return a.m_Bytes == b.m_Bytes; }
+  friend bool operator==(const orv_utf8string& a, const orv_utf8string& b) {
+    return a.m_Bytes == b.m_Bytes;
+  }
   friend bool operator!=(const orv_utf8string& a, const orv_utf8string& b) { return !(a == b); }
 
  private:
@@ -82,7 +86,9 @@ class QR_API ucs2string {
   bool empty() const noexcept { return m_Units.empty(); }
   const ucs2basic_string& units() const noexcept { return m_Units; }
 
-  friend bool operator==(const ucs2string& a, const ucs2string& b) { return a.m_Units == b.m_Units; }
+  friend bool operator==(const ucs2string& a, const ucs2string& b) {
+    return a.m_Units == b.m_Units;
+  }
 
  private:
   ucs2basic_string m_Units;

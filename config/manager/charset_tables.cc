@@ -29,10 +29,13 @@ constexpr int kSFileReadTyped = 3;
 
 }  // namespace
 
-ConfigManagerImpl::CharSetListPtr ConfigManagerImpl::ReadCharSetList(
-    const std::string& baseName, const std::string& section) {
+ConfigManagerImpl::CharSetListPtr ConfigManagerImpl::ReadCharSetList(const std::string& baseName,
+                                                                     const std::string& section) {
   std::string extension;
-  GetTree().Find(DBDrivers()).value().Find(ConfigKeys::Instance().CharSetListExtension)
+  GetTree()
+      .Find(DBDrivers())
+      .value()
+      .Find(ConfigKeys::Instance().CharSetListExtension)
       .Value(extension);
   try {
     const SFile file(baseName + "." + extension, kSFileReadTyped);

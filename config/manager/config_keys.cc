@@ -14,6 +14,10 @@ const ConfigKeys& ConfigKeys::Instance() {
   return *m_Instance;
 }
 
-void ConfigKeys::Destroy() noexcept { m_Instance.reset(); }
+void ConfigKeys::Destroy() noexcept {
+  m_Instance.reset();
+}
 
-bool ConfigKeys::Exists() noexcept { return m_Instance != nullptr; }
+bool ConfigKeys::Exists() noexcept {
+  return m_Instance != nullptr;
+}

@@ -48,12 +48,15 @@ std::map<std::string, std::set<std::string>>& ConfigManager::GetActiveDataSource
   return registrations;
 }
 
-void ConfigManager::AddActiveDataSource(const std::string& driver,
-                                        const std::string& dataSource) {
+void ConfigManager::AddActiveDataSource(const std::string& driver, const std::string& dataSource) {
   if (driver.empty() || dataSource.empty()) return;
   GetActiveDataSourceConfig()[driver].insert(dataSource);
 }
 
-void ConfigStartup::Initialize(Initialization::Mode mode) { ConfigManager::Initialize(mode); }
+void ConfigStartup::Initialize(Initialization::Mode mode) {
+  ConfigManager::Initialize(mode);
+}
 
-void ConfigStartup::Destroy() noexcept { ConfigManager::Destroy(); }
+void ConfigStartup::Destroy() noexcept {
+  ConfigManager::Destroy();
+}

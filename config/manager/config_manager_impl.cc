@@ -14,7 +14,9 @@ namespace {
 
 // The file codes 264 to 267 reach the host unchanged; every other code of the library means
 // "the configuration could not be loaded".
-bool IsFileCode(std::int32_t code) { return (code & ~3) == QRErrorCode::FileCannotRead; }
+bool IsFileCode(std::int32_t code) {
+  return (code & ~3) == QRErrorCode::FileCannotRead;
+}
 
 // Destroys the key table when the start-up fails after creating it, so that a later
 // Initialize on repaired files can succeed.
@@ -54,7 +56,9 @@ ConfigManagerImpl::ConfigManagerImpl(Initialization::Mode mode) : m_Mode(mode) {
   }
 }
 
-ConfigManagerImpl::~ConfigManagerImpl() { ConfigKeys::Destroy(); }
+ConfigManagerImpl::~ConfigManagerImpl() {
+  ConfigKeys::Destroy();
+}
 
 std::string ConfigManagerImpl::ConfigDirectory() const {
   std::string directory;
@@ -106,8 +110,7 @@ void ConfigManagerImpl::RunStartup() {
 
   std::vector<std::string> setupFiles;
   ListSetupFiles(configDirectory, setupFiles);
-  LoadDrivers(setupFiles, drivers, configDirectory, driversDefaults, activeDataSources,
-              dbDrivers);
+  LoadDrivers(setupFiles, drivers, configDirectory, driversDefaults, activeDataSources, dbDrivers);
 
   m_Locales = GetPlatformLocales(Process::Instance().Name());
 
@@ -144,8 +147,7 @@ const std::string& ConfigManagerImpl::ResolveDriverName(const std::string& name)
   return entry->second;
 }
 
-std::map<std::string, std::string>& ConfigManagerImpl::GetDatabaseNames(
-    const std::string& driver) {
+std::map<std::string, std::string>& ConfigManagerImpl::GetDatabaseNames(const std::string& driver) {
   auto table = m_DatabaseNames.find(driver);
   if (table == m_DatabaseNames.end()) ThrowQRError(QRErrorCode::UnknownDriver, driver);
   return table->second;

@@ -27,7 +27,7 @@ std::vector<std::string> SplitAtCommas(const std::string& text) {
   }
 }
 
-// The text value of `name` on `node`, or nullptr when the field is missing or not a text.
+// Reads the text value of `name` on `node`; false when the field is missing or not a text.
 bool ReadText(const ConfigManager::Node& node, const std::string& name, std::string& out) {
   if (!node.Exists(name)) return false;
   const ConfigManager::Field& field = node.Find(name);
@@ -41,8 +41,7 @@ bool ReadText(const ConfigManager::Node& node, const std::string& name, std::str
 std::vector<DriverEntry>& ConfigManagerImpl::ReadDriverList(std::vector<DriverEntry>& entries,
                                                             const std::string& configDirectory) {
   const Poco::Path file(Poco::Path(configDirectory), ConfigKeys::Instance().DriverListFile);
-  if (!Poco::File(file).exists())
-    ThrowQRError(QRErrorCode::FileCannotRead, file.toString());
+  if (!Poco::File(file).exists()) ThrowQRError(QRErrorCode::FileCannotRead, file.toString());
   try {
     DrvXmlParser reader;
     reader.Parse(file);
@@ -174,8 +173,7 @@ void ConfigManagerImpl::ScanExtensions(tree_node<Node>& database) {
   for (const Poco::File& package : packages) {
     if (!package.isDirectory()) continue;
     for (const std::string& extension : extensions) {
-      const std::string candidate =
-          JoinNative(package.path(), extension + "." + markerExtension);
+      const std::string candidate = JoinNative(package.path(), extension + "." + markerExtension);
       if (!Poco::File(candidate).exists()) continue;
       if (!capabilities.empty()) capabilities += ",";
       capabilities += "Repository";

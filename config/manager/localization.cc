@@ -31,8 +31,7 @@ const Quorin::LocaleDescriptor& ConfigManagerImpl::GetLocale(const std::string& 
 }
 
 std::string& ConfigManagerImpl::LocalizeFileName(const Quorin::LocaleDescriptor& locale,
-                                                 const std::string& extension,
-                                                 std::string& path) {
+                                                 const std::string& extension, std::string& path) {
   const std::string base = path;
   path = base + orv_locale::makeLocaleId(locale.Language(), locale.Country()) + "." + extension;
   if (Poco::File(path).exists()) return path;
@@ -82,13 +81,13 @@ tree_node<ConfigManager::Node>& ConfigManagerImpl::GetLocalizedDriver(
   LocDrvXmlParser reader;
   reader.Parse(Poco::Path(fileName));
 
-  const tree_node<Node>& localizationNode = m_Tree.Find(Localization());
+  tree_node<Node>& localizationNode = m_Tree.Find(Localization());
   for (const LocalizedEntry& entry : reader.Entries()) {
     try {
       tree_node<Node>* driverNode = nullptr;
       for (auto it = localizationNode.ch_begin(); it != localizationNode.ch_end(); ++it) {
         if ((*it).value().Name() == entry.Key) {
-          driverNode = const_cast<tree_node<Node>*>(&*it);
+          driverNode = &*it;
           break;
         }
       }

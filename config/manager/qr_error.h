@@ -12,37 +12,37 @@
 
 // Named constants for every code the library raises. The comment gives the argument.
 namespace QRErrorCode {
-inline constexpr std::int32_t TypeMismatch = 1;            // none
-inline constexpr std::int32_t EmptyNodePath = 4;           // none
-inline constexpr std::int32_t NodeNotFound = 5;            // the path text
-inline constexpr std::int32_t StartupFailed = 10;          // none
-inline constexpr std::int32_t UnknownDatabase = 13;        // the name looked up
-inline constexpr std::int32_t UnknownDriver = 22;          // the driver name looked up
+inline constexpr std::int32_t TypeMismatch = 1;      // none
+inline constexpr std::int32_t EmptyNodePath = 4;     // none
+inline constexpr std::int32_t NodeNotFound = 5;      // the path text
+inline constexpr std::int32_t StartupFailed = 10;    // none
+inline constexpr std::int32_t UnknownDatabase = 13;  // the name looked up
+inline constexpr std::int32_t UnknownDriver = 22;    // the driver name looked up
 // Parse codes of the XML layer; readers translate them into file codes before they leave.
-inline constexpr std::int32_t ParseCannotRead = 45;        // the file's path
-inline constexpr std::int32_t ParseNotWellFormed = 46;     // the file's path
-inline constexpr std::int32_t ParseEncoding = 47;          // the file's path
-inline constexpr std::int32_t ParseRefused = 48;           // the file's path
-inline constexpr std::int32_t LocalizedNodeMissing = 50;   // none
-inline constexpr std::int32_t AlreadyInitialized = 259;    // none
-inline constexpr std::int32_t NotInitialized = 260;        // none
-inline constexpr std::int32_t MissingField = 261;          // the field name, or none
-inline constexpr std::int32_t NoCharSetTable = 262;        // the driver name
-inline constexpr std::int32_t NoCharSetEntry = 263;        // the name looked up
-inline constexpr std::int32_t FileCannotRead = 264;        // the file's path
-inline constexpr std::int32_t FileNotWellFormed = 265;     // the file's path
-inline constexpr std::int32_t FileEncoding = 266;          // the file's path
-inline constexpr std::int32_t FileRefused = 267;           // the file's path, or none
-inline constexpr std::int32_t UnknownPlatform = 268;       // the platform name
-inline constexpr std::int32_t UnknownLocale = 270;         // the locale identifier
-inline constexpr std::int32_t DataFileCannotRead = 279;    // the file's path
-inline constexpr std::int32_t DataFileNotWellFormed = 280; // the file's path
-inline constexpr std::int32_t DataFileEncoding = 281;      // the file's path
-inline constexpr std::int32_t DataFileRefused = 282;       // the file's path
+inline constexpr std::int32_t ParseCannotRead = 45;         // the file's path
+inline constexpr std::int32_t ParseNotWellFormed = 46;      // the file's path
+inline constexpr std::int32_t ParseEncoding = 47;           // the file's path
+inline constexpr std::int32_t ParseRefused = 48;            // the file's path
+inline constexpr std::int32_t LocalizedNodeMissing = 50;    // none
+inline constexpr std::int32_t AlreadyInitialized = 259;     // none
+inline constexpr std::int32_t NotInitialized = 260;         // none
+inline constexpr std::int32_t MissingField = 261;           // the field name, or none
+inline constexpr std::int32_t NoCharSetTable = 262;         // the driver name
+inline constexpr std::int32_t NoCharSetEntry = 263;         // the name looked up
+inline constexpr std::int32_t FileCannotRead = 264;         // the file's path
+inline constexpr std::int32_t FileNotWellFormed = 265;      // the file's path
+inline constexpr std::int32_t FileEncoding = 266;           // the file's path
+inline constexpr std::int32_t FileRefused = 267;            // the file's path, or none
+inline constexpr std::int32_t UnknownPlatform = 268;        // the platform name
+inline constexpr std::int32_t UnknownLocale = 270;          // the locale identifier
+inline constexpr std::int32_t DataFileCannotRead = 279;     // the file's path
+inline constexpr std::int32_t DataFileNotWellFormed = 280;  // the file's path
+inline constexpr std::int32_t DataFileEncoding = 281;       // the file's path
+inline constexpr std::int32_t DataFileRefused = 282;        // the file's path
 // Codes of the platform layer. During start-up they become StartupFailed like any other
 // code outside 264 to 267.
-inline constexpr std::int32_t InvalidPattern = 283;        // the pattern
-inline constexpr std::int32_t CharSetConversion = 284;     // the character-set name
+inline constexpr std::int32_t InvalidPattern = 283;     // the pattern
+inline constexpr std::int32_t CharSetConversion = 284;  // the character-set name
 }  // namespace QRErrorCode
 
 // The meaning of a code in words, for messages: for example "no field named" for 261.

@@ -8,19 +8,21 @@ namespace {
 
 TEST_F(ManagerTest, HostRegistrationsShapeServerMode) {
   auto setup = [this](const std::string& driver, const std::string& databases) {
-    m_Install.Write("setup/" + driver + ".setup",
-                    "<Setup>\n<NetworkLayer Name=\"" + driver + "\"/>\n<Directory>d</Directory>\n"
-                    "<DataFileName>" + driver + "</DataFileName>\n</Setup>\n");
+    m_Install.Write("setup/" + driver + ".setup", "<Setup>\n<NetworkLayer Name=\"" + driver +
+                                                      "\"/>\n<Directory>d</Directory>\n"
+                                                      "<DataFileName>" +
+                                                      driver + "</DataFileName>\n</Setup>\n");
     m_Install.Write("d/" + driver + ".dsf", "<DataAccess>\n" + databases + "</DataAccess>\n");
   };
 
   ConfigManager::AddActiveDataSource("Ora", "db[0-9]+");
   ConfigManager::AddActiveDataSource("Ora", "db[0-9]+");
   ConfigManager::AddActiveDataSource("", "x");
-  m_Install.WriteBase("", "<NetworkLayer Name=\"Ora\" Implementation=\"C\"/>\n"
+  m_Install.WriteBase("",
+                      "<NetworkLayer Name=\"Ora\" Implementation=\"C\"/>\n"
                       "<NetworkLayer Name=\"Pg\" Implementation=\"C\"/>\n");
   setup("Ora",
-              "<DataBase Name=\"db12\" Active=\"Yes\"/>\n<DataBase Name=\"mydb12\" Active=\"Yes\"/>\n");
+        "<DataBase Name=\"db12\" Active=\"Yes\"/>\n<DataBase Name=\"mydb12\" Active=\"Yes\"/>\n");
   setup("Pg", "<DataBase Name=\"p1\" Active=\"Yes\"/>\n");
   Init(Initialization::Server);
   EXPECT_EQ(Children("\\Quorin\\ActiveDataSources"), (std::vector<std::string>{"Ora"}));
@@ -31,6 +33,5 @@ TEST_F(ManagerTest, HostRegistrationsShapeServerMode) {
   Init(Initialization::Library);  // registrations do not reach Library mode
   EXPECT_EQ(Children("\\Quorin\\DBDrivers"), (std::vector<std::string>{"Ora", "Pg"}));
 }
-
 
 }  // namespace

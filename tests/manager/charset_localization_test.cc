@@ -10,30 +10,33 @@ class LoadedTest : public ManagerTest {
   // Driver "Ora" with databases a, b (sharing the table file t), u (Unicode UTF8, no table),
   // m (a table file that is missing) and "Ora 11" (sharing t).
   void SetUp() override {
-    m_Install.WriteBase("", "<NetworkLayer Name=\"Ora\" Implementation=\"C\"/>\n"
-                            "<NetworkLayer Name=\"Pg\" Implementation=\"C\"/>\n");
+    m_Install.WriteBase("",
+                        "<NetworkLayer Name=\"Ora\" Implementation=\"C\"/>\n"
+                        "<NetworkLayer Name=\"Pg\" Implementation=\"C\"/>\n");
     m_Install.Write("setup/ora.setup",
                     "<Setup>\n<NetworkLayer Name=\"Ora\"/>\n<Directory>ora</Directory>\n"
                     "<DataFileName>ora</DataFileName>\n</Setup>\n");
-    m_Install.Write("ora/ora.dsf",
-                    "<DataAccess>\n<Defaults>\n<Parameter Name=\"CharSet Table\">t</Parameter>\n"
-                    "</Defaults>\n"
-                    "<DataBase Name=\"a\" Active=\"Yes\"/>\n<DataBase Name=\"b\" Active=\"Yes\"/>\n"
-                    "<DataBase Name=\"u\" Active=\"Yes\">\n<Parameter Name=\"Unicode\">UTF8</Parameter>\n"
-                    "</DataBase>\n"
-                    "<DataBase Name=\"m\" Active=\"Yes\">\n<Parameter Name=\"CharSet Table\">gone</Parameter>\n"
-                    "</DataBase>\n<DataBase Name=\"Ora 11\" Active=\"Yes\"/>\n</DataAccess>\n");
+    m_Install.Write(
+        "ora/ora.dsf",
+        "<DataAccess>\n<Defaults>\n<Parameter Name=\"CharSet Table\">t</Parameter>\n"
+        "</Defaults>\n"
+        "<DataBase Name=\"a\" Active=\"Yes\"/>\n<DataBase Name=\"b\" Active=\"Yes\"/>\n"
+        "<DataBase Name=\"u\" Active=\"Yes\">\n<Parameter Name=\"Unicode\">UTF8</Parameter>\n"
+        "</DataBase>\n"
+        "<DataBase Name=\"m\" Active=\"Yes\">\n<Parameter Name=\"CharSet Table\">gone</Parameter>\n"
+        "</DataBase>\n<DataBase Name=\"Ora 11\" Active=\"Yes\"/>\n</DataAccess>\n");
     m_Install.Write("setup/pg.setup",
                     "<Setup>\n<NetworkLayer Name=\"Pg\"/>\n<Directory>pg</Directory>\n"
                     "<DataFileName>pg</DataFileName>\n</Setup>\n");
     m_Install.Write("pg/pg.dsf", "<DataAccess/>");
     m_Install.Write("ora/t.csl", "[TestFamily]\nUTF-8 = AL32UTF8\n");
-    m_Install.Write("driveren.cfg",
-                    "<T>\n<NetworkLayer Name=\"Ora\">\n<Message id=\"Name\">Oracle</Message>\n"
-                    "<Message id=\"Comment\">native</Message>\n</NetworkLayer>\n"
-                    "<NetworkLayer Name=\"Pg\">\n<Message id=\"Comment\">no name: skipped</Message>\n"
-                    "</NetworkLayer>\n<NetworkLayer Name=\"Unknown\">\n"
-                    "<Message id=\"Name\">x</Message>\n</NetworkLayer>\n</T>\n");
+    m_Install.Write(
+        "driveren.cfg",
+        "<T>\n<NetworkLayer Name=\"Ora\">\n<Message id=\"Name\">Oracle</Message>\n"
+        "<Message id=\"Comment\">native</Message>\n</NetworkLayer>\n"
+        "<NetworkLayer Name=\"Pg\">\n<Message id=\"Comment\">no name: skipped</Message>\n"
+        "</NetworkLayer>\n<NetworkLayer Name=\"Unknown\">\n"
+        "<Message id=\"Name\">x</Message>\n</NetworkLayer>\n</T>\n");
     m_Install.Write("driverfr.cfg",
                     "<T>\n<NetworkLayer Name=\"Ora\">\n<Message id=\"Name\">Oracle (fr)</Message>\n"
                     "<Message id=\"Comment\">natif</Message>\n</NetworkLayer>\n</T>\n");
@@ -63,8 +66,9 @@ TEST_F(LoadedTest, CharSetTables) {
 }
 
 TEST_F(LoadedTest, DatabaseWithoutDirectoryEndsStartup) {
-  m_Install.Write("qr.cfg", TempInstallation::MainFile(
-                                "<NetworkLayer Name=\"Main\">\n<DataBase Name=\"x\"/>\n</NetworkLayer>\n"));
+  m_Install.Write("qr.cfg",
+                  TempInstallation::MainFile(
+                      "<NetworkLayer Name=\"Main\">\n<DataBase Name=\"x\"/>\n</NetworkLayer>\n"));
   EXPECT_EQ(CatchQRError([] { ConfigStartup::Initialize(Initialization::Library); }).Code(), 10);
 }
 
@@ -122,8 +126,9 @@ TEST_F(LoadedTest, LocalizedDriverLoadsOncePerLocale) {
   EXPECT_EQ(unknown.Code(), 22);
   EXPECT_EQ(unknown.Argument().str(), "Nope");
 
-  EXPECT_EQ(manager.GetLocalizedDriver("Ora", Quorin::LocaleDescriptor("fr", "BE", "")).value().Name(),
-            "fr_BE");
+  EXPECT_EQ(
+      manager.GetLocalizedDriver("Ora", Quorin::LocaleDescriptor("fr", "BE", "")).value().Name(),
+      "fr_BE");
 }
 
 TEST_F(LoadedTest, MissingLocalizedFileRaises264WithTheLastName) {

@@ -29,8 +29,9 @@ class ConcurrencyTest : public ManagerTest {
     for (const char* locale : {"en", "fr", "de", "es"})
       m_Install.Write(std::string("driver") + locale + ".cfg", "<T>\n" + texts + "</T>\n");
     m_Install.Write("qr.cfg", TempInstallation::MainFile(
-                                  "", "<Locale>\n<Language>de</Language>\n<CharSet>UTF-8</CharSet>\n"
-                                      "</Locale>\n"));
+                                  "",
+                                  "<Locale>\n<Language>de</Language>\n<CharSet>UTF-8</CharSet>\n"
+                                  "</Locale>\n"));
   }
 
   // Runs `work(i)` on kThreads threads released at once.

@@ -14,7 +14,7 @@ const char* const kDrivers =
     "<NetworkLayer Name=\"Pg\" Implementation=\"C\">\n<Alias>Shared</Alias>\n</NetworkLayer>\n";
 
 std::string SetupFile(const std::string& driver, const std::string& directory,
-                  const std::string& dataFile) {
+                      const std::string& dataFile) {
   return "<Setup>\n<NetworkLayer Name=\"" + driver + "\"/>\n<Directory>" + directory +
          "</Directory>\n<DataFileName>" + dataFile +
          "</DataFileName>\n<Version Type=\"Client\">1.2</Version>\n</Setup>\n";
@@ -33,10 +33,12 @@ class DriversTest : public ManagerTest {
 TEST_F(DriversTest, DriverTablesFromTheDriverList) {
   m_Install.WriteBase("", kDrivers);
   ConfigManager& manager = Init();
-  EXPECT_EQ(manager.GetDriverNames(),
-            (std::map<std::string, std::string>{
-                {"Ora", "Ora"}, {"O1", "Ora"}, {"Shared", "Ora"}, {"Java", "Java"}, {"J", "Java"},
-                {"Pg", "Pg"}}));
+  EXPECT_EQ(manager.GetDriverNames(), (std::map<std::string, std::string>{{"Ora", "Ora"},
+                                                                          {"O1", "Ora"},
+                                                                          {"Shared", "Ora"},
+                                                                          {"Java", "Java"},
+                                                                          {"J", "Java"},
+                                                                          {"Pg", "Pg"}}));
   EXPECT_EQ(manager.GetNativeDrivers(), (std::vector<std::string>{"Ora", "Pg"}));
   EXPECT_EQ(manager.GetOtherDrivers(), (std::vector<std::string>{"Java"}));
   EXPECT_EQ(manager.ResolveDriverName("Shared"), "Ora");
@@ -95,9 +97,10 @@ TEST_F(DriversTest, FailingDataAccessFileBySelectedPolicy) {
 }
 
 TEST_F(DriversTest, ActiveDataSourcesFilterDriversAndDatabases) {
-  m_Install.WriteBase("<ActiveDataSources>\n<NetworkLayer Name=\"Pg\">\n<DataBase Name=\"p.*\"/>\n"
-                      "</NetworkLayer>\n</ActiveDataSources>\n",
-                      kDrivers);
+  m_Install.WriteBase(
+      "<ActiveDataSources>\n<NetworkLayer Name=\"Pg\">\n<DataBase Name=\"p.*\"/>\n"
+      "</NetworkLayer>\n</ActiveDataSources>\n",
+      kDrivers);
   WriteDriver("ora.setup", "Ora", "<DataBase Name=\"db1\" Active=\"Yes\"/>\n");
   WriteDriver("pg.setup", "Pg",
               "<DataBase Name=\"p1\" Active=\"Yes\"/>\n<DataBase Name=\"xp1\" Active=\"Yes\"/>\n");
@@ -113,22 +116,24 @@ TEST_F(DriversTest, ActiveDataSourcesFilterDriversAndDatabases) {
 }
 
 TEST_F(DriversTest, InvalidActivePatternIsAClearError) {
-  m_Install.WriteBase("<ActiveDataSources>\n<NetworkLayer Name=\"Ora\">\n<DataBase Name=\"db(\"/>\n"
-                      "</NetworkLayer>\n</ActiveDataSources>\n",
-                      kDrivers);
+  m_Install.WriteBase(
+      "<ActiveDataSources>\n<NetworkLayer Name=\"Ora\">\n<DataBase Name=\"db(\"/>\n"
+      "</NetworkLayer>\n</ActiveDataSources>\n",
+      kDrivers);
   WriteDriver("ora.setup", "Ora", "<DataBase Name=\"db1\" Active=\"Yes\"/>\n");
   EXPECT_EQ(CatchQRError([] { ConfigStartup::Initialize(Initialization::Library); }).Code(), 10);
 }
 
 TEST_F(DriversTest, ExtensionMarkersAddRepositoryOnce) {
   m_Install.WriteBase("", kDrivers);
-  WriteDriver("ora.setup", "Ora",
-              "<DataBase Name=\"a\" Active=\"Yes\">\n<Parameter Name=\"Extensions\">xa,yb</Parameter>\n"
-              "<Parameter Name=\"Driver Capabilities\">Read</Parameter>\n</DataBase>\n"
-              "<DataBase Name=\"b\" Active=\"Yes\">\n<Parameter Name=\"Extensions\">yb</Parameter>\n"
-              "</DataBase>\n"
-              "<DataBase Name=\"c\" Active=\"Yes\">\n<Parameter Name=\"Extensions\">zc,</Parameter>\n"
-              "</DataBase>\n");
+  WriteDriver(
+      "ora.setup", "Ora",
+      "<DataBase Name=\"a\" Active=\"Yes\">\n<Parameter Name=\"Extensions\">xa,yb</Parameter>\n"
+      "<Parameter Name=\"Driver Capabilities\">Read</Parameter>\n</DataBase>\n"
+      "<DataBase Name=\"b\" Active=\"Yes\">\n<Parameter Name=\"Extensions\">yb</Parameter>\n"
+      "</DataBase>\n"
+      "<DataBase Name=\"c\" Active=\"Yes\">\n<Parameter Name=\"Extensions\">zc,</Parameter>\n"
+      "</DataBase>\n");
   m_Install.Write("d/Ora/extensions/p1/yb.sqx", "");
   m_Install.Write("d/Ora/extensions/p2/yb.sqx", "");
   m_Install.Write("d/Ora/extensions/p2/.sqx", "");

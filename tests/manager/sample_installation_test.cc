@@ -22,7 +22,8 @@ TEST_P(SampleInstallation, Loads) {
   ConfigManager& config = ConfigManager::Instance();
   EXPECT_EQ(config.ResolveDriverName("ORA"), "Oracle");
   EXPECT_EQ(config.ResolveDatabaseName("Oracle", "ORA19"), "ora19");
-  EXPECT_EQ(config.GetNativeDrivers(), (std::vector<std::string>{"Oracle", "PostgreSQL", "SQLite"}));
+  EXPECT_EQ(config.GetNativeDrivers(),
+            (std::vector<std::string>{"Oracle", "PostgreSQL", "SQLite"}));
 
   ConfigManager::NodePath ora21(static_cast<const char*>(config.DBDrivers()), "Oracle");
   ora21 += "ora21";
@@ -41,9 +42,13 @@ TEST_P(SampleInstallation, Loads) {
   EXPECT_EQ(config.GetCharSetTableEntry("Oracle", "ora19", "UTF-8"), "AL32UTF8");
 
   orv_utf8string name;
-  config.GetLocalizedDriver("Oracle", config.GetLocale("fr", "CA")).value().Find("External Name")
+  config.GetLocalizedDriver("Oracle", config.GetLocale("fr", "CA"))
+      .value()
+      .Find("External Name")
       .Value(name);
-  EXPECT_EQ(name.str(), "Base de donn\xC3\xA9" "es Oracle");
+  EXPECT_EQ(name.str(),
+            "Base de donn\xC3\xA9"
+            "es Oracle");
 }
 
 INSTANTIATE_TEST_SUITE_P(BothModes, SampleInstallation,

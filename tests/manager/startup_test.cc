@@ -50,8 +50,9 @@ TEST_F(ManagerTest, TreeShapeAfterStartup) {
     fields.push_back(f.Name());
   }
   EXPECT_EQ(fields, (std::vector<std::string>{"A Param", "B Param", "Config Directory"}));
-  EXPECT_EQ(CatchQRError([&] { manager.GetTree().Find(ConfigManager::NodePath("\\Quorin\\Drivers defaults")); })
-                .Code(),
+  EXPECT_EQ(CatchQRError([&] {
+              manager.GetTree().Find(ConfigManager::NodePath("\\Quorin\\Drivers defaults"));
+            }).Code(),
             5);
   EXPECT_EQ(manager.ConfigFilePath(m_Install.Dir()).toString(), m_Install.Path("qr.cfg"));
 }
@@ -67,30 +68,42 @@ struct FailureCase {
 // no manager and no key table, and a repaired installation then loads.
 TEST_F(ManagerTest, FailedStartupLeavesNothingBehind) {
   const std::vector<FailureCase> cases = {
-      {"missing driver list", [](TempInstallation& i) { i.Remove("driver.cfg"); }, 264, "driver.cfg"},
+      {"missing driver list", [](TempInstallation& i) { i.Remove("driver.cfg"); }, 264,
+       "driver.cfg"},
       {"missing main file", [](TempInstallation& i) { i.Remove("qr.cfg"); }, 264, "qr.cfg"},
-      {"malformed main file", [](TempInstallation& i) { i.Write("qr.cfg", "<Configuration><Settings>"); },
-       265, "qr.cfg"},
+      {"malformed main file",
+       [](TempInstallation& i) { i.Write("qr.cfg", "<Configuration><Settings>"); }, 265, "qr.cfg"},
       {"malformed driver list", [](TempInstallation& i) { i.Write("driver.cfg", "<a></b>"); }, 265,
        "driver.cfg"},
-      {"unknown encoding", [](TempInstallation& i) {
-         i.Write("qr.cfg", "<?xml version=\"1.0\" encoding=\"x-unknown\"?><a/>"); }, 266, "qr.cfg"},
+      {"unknown encoding",
+       [](TempInstallation& i) {
+         i.Write("qr.cfg", "<?xml version=\"1.0\" encoding=\"x-unknown\"?><a/>");
+       },
+       266, "qr.cfg"},
       {"main file pops an empty node stack",
-       [](TempInstallation& i) { i.Write("qr.cfg", TempInstallation::MainFile("", "<Traces><Trace Name=\"T\"/></Traces>")); },
+       [](TempInstallation& i) {
+         i.Write("qr.cfg", TempInstallation::MainFile("", "<Traces><Trace Name=\"T\"/></Traces>"));
+       },
        267, ""},
       {"no locale for the running platform",
        [](TempInstallation& i) {
-         i.Write("qr.cfg", "<Configuration><Settings>"
+         i.Write("qr.cfg",
+                 "<Configuration><Settings>"
                  "<Parameter Name=\"Setup File Extension\">setup</Parameter>"
                  "<Parameter Name=\"CharSet List Extension\">csl</Parameter>"
-                 "</Settings></Configuration>"); },
+                 "</Settings></Configuration>");
+       },
        10, ""},
-      {"no platform section", [](TempInstallation& i) { i.Write("platform.csl", "[Elsewhere]\nA = B\n"); }, 10, ""},
+      {"no platform section",
+       [](TempInstallation& i) { i.Write("platform.csl", "[Elsewhere]\nA = B\n"); }, 10, ""},
       {"missing platform list", [](TempInstallation& i) { i.Remove("platform.csl"); }, 10, ""},
       {"missing setup directory", [](TempInstallation& i) { i.Remove("setup"); }, -1, ""},
-      {"mistyped ignore flag", [](TempInstallation& i) {
+      {"mistyped ignore flag",
+       [](TempInstallation& i) {
          i.Write("qr.cfg", TempInstallation::MainFile().replace(
-                               TempInstallation::MainFile().find(">No<"), 4, ">1<")); }, 10, ""},
+                               TempInstallation::MainFile().find(">No<"), 4, ">1<"));
+       },
+       10, ""},
   };
   for (const FailureCase& c : cases) {
     SCOPED_TRACE(c.name);
@@ -122,18 +135,24 @@ TEST_F(ManagerTest, MissingConfigDirectoryParameterRaises10) {
 TEST_F(ManagerTest, ModeSectionsAndTraces) {
   const std::string settings =
       "<Parameter Name=\"A\">5</Parameter>\n"
-      "<Library>\n<Parameter Name=\"A\">7</Parameter>\n<Parameter Name=\"New\">1</Parameter>\n</Library>\n"
+      "<Library>\n<Parameter Name=\"A\">7</Parameter>\n<Parameter "
+      "Name=\"New\">1</Parameter>\n</Library>\n"
       "<Server>\n<Parameter Name=\"A\">9</Parameter>\n</Server>\n";
   const std::string traces =
       "<Traces Active=\"No\">\n<Logger Implementation=\"C\" ClassID=\"log.class\"/>\n"
       "<Trace Name=\"G\" Active=\"Yes\">\n<Trace Name=\"P\" Active=\"Yes\"/>\n"
       "<Trace Name=\"Q\" Active=\"No\"/>\n</Trace>\n</Traces>\n";
   m_Install.WriteBase(settings, "", traces);
-  for (auto [mode, expected] : {std::pair{Initialization::Library, 7}, {Initialization::Server, 9}}) {
+  for (auto [mode, expected] :
+       {std::pair{Initialization::Library, 7}, {Initialization::Server, 9}}) {
     SCOPED_TRACE(mode);
     Init(mode);
     EXPECT_EQ(Value<std::int32_t>("\\Quorin\\DBDrivers", "A"), expected);
-    EXPECT_FALSE(ConfigManager::Instance().GetTree().Find(ConfigManager::NodePath("\\Quorin\\DBDrivers")).value().Exists("New"));
+    EXPECT_FALSE(ConfigManager::Instance()
+                     .GetTree()
+                     .Find(ConfigManager::NodePath("\\Quorin\\DBDrivers"))
+                     .value()
+                     .Exists("New"));
     EXPECT_FALSE(Value<bool>("\\Quorin\\Traces", "Active"));
     EXPECT_EQ(Value<std::string>("\\Quorin\\Traces", "ClassID"), "log.class");
     EXPECT_TRUE(Value<bool>("\\Quorin\\Traces\\G", "P"));

@@ -6,8 +6,8 @@
 #include <functional>
 #include <string>
 
-#include "config/qr_config.h"
 #include "config/manager/config_keys.h"
+#include "config/qr_config.h"
 #include "support/temp_installation.h"
 
 class ManagerTest : public ::testing::Test {
@@ -30,7 +30,11 @@ class ManagerTest : public ::testing::Test {
   template <typename T>
   T Value(const std::string& path, const std::string& field) {
     T value{};
-    ConfigManager::Instance().GetTree().Find(ConfigManager::NodePath(path)).value().Find(field)
+    ConfigManager::Instance()
+        .GetTree()
+        .Find(ConfigManager::NodePath(path))
+        .value()
+        .Find(field)
         .Value(value);
     return value;
   }

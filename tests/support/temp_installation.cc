@@ -74,4 +74,6 @@ TestPlatform::TestPlatform() {
   Process::Configure(settings);
 }
 
-TestPlatform::~TestPlatform() { Process::Reset(); }
+TestPlatform::~TestPlatform() {
+  Process::Reset();
+}
