@@ -1,0 +1,144 @@
+// `check` on the shipped installations: every planted problem of examples/broken-config is
+// found with its severity, kind, file and line, and the sample passes with notes only.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include <Poco/JSON/Array.h>
+#include <Poco/JSON/Object.h>
+
+#include "tool_runner.h"
+
+namespace {
+
+using Poco::JSON::Object;
+
+struct Expected {
+  const char* Severity;
+  const char* Kind;
+  const char* File;  // "" when the finding names no file
+  int Line;          // 0 when the finding has no line
+  const char* Text;  // a part of the message
+};
+
+struct Found {
+  std::string Severity, Kind, File, Message;
+  int Line = 0;
+  int Column = 0;
+};
+
+std::vector<Found> Findings(const std::vector<std::string>& arguments, int expectedStatus) {
+  const ToolRun run = RunQrConfig(arguments);
+  EXPECT_EQ(expectedStatus, run.Status) << run.Out << run.Err;
+  std::vector<Found> found;
+  auto report = ParseJson(run.Out).extract<Object::Ptr>();
+  auto findings = report->getArray("findings");
+  for (std::size_t i = 0; i < findings->size(); ++i) {
+    auto finding = findings->getObject(static_cast<unsigned>(i));
+    Found f;
+    f.Severity = finding->getValue<std::string>("severity");
+    f.Kind = finding->getValue<std::string>("kind");
+    f.File = finding->isNull("file") ? "" : finding->getValue<std::string>("file");
+    f.Line = finding->isNull("line") ? 0 : finding->getValue<int>("line");
+    f.Column = finding->isNull("column") ? 0 : finding->getValue<int>("column");
+    f.Message = finding->getValue<std::string>("message");
+    found.push_back(f);
+  }
+  return found;
+}
+
+// The broken installation's planted problems; examples/broken-config/README.md lists them.
+const Expected kBroken[] = {
+    {"error", "xml-error", "drivers/postgres/postgres.dsf", 11,
+     "not well-formed XML (mismatched tag)"},
+    {"warning", "unknown-element", "qr.cfg", 38, "no element \"Parmeter\""},
+    {"warning", "unknown-attribute", "drivers/oracle/oracle.dsf", 24, "did you mean \"Platform\"?"},
+    {"warning", "unknown-value", "driverfr.cfg", 9, "message id \"Coment\""},
+    {"warning", "value-layout", "drivers/oracle/oracle.dsf", 19, "\"Main production database\""},
+    {"error", "value-type", "qr.cfg", 35, "\"SQL External Extension\" is written as \"42\""},
+    {"error", "value-type", "qr.cfg", 34, "\"Ignore Driver Load Failure\" is written as \"1\""},
+    {"warning", "ignored-element", "qr.cfg", 52, "sets \"Retry Count\""},
+    {"note", "setup-skipped", "setup/oracle.32.setup", 0, "left out"},
+    {"error", "missing-data-file", "setup/sqlite.setup", 5, "sqlite3.dsf"},
+    {"warning", "unknown-driver", "setup/mysql.setup", 3, "\"MySQL\""},
+    {"note", "non-native-driver", "setup/jdbc.setup", 4, "Implementation \"Java\""},
+    {"warning", "alias-collision", "driver.cfg", 19, "alias \"ORA\" of the driver \"JDBC Bridge\""},
+    {"warning", "alias-collision", "drivers/oracle/oracle.dsf", 26,
+     "alias \"ORA19\" of the database \"ora21\""},
+    {"note", "database-skipped", "drivers/oracle/oracle.dsf", 37,
+     "\"ora19win\" is for the platforms \"Windows\""},
+    {"warning", "database-skipped", "drivers/oracle/oracle.dsf", 42, "\"ora12\" has no \"Active\""},
+    {"note", "database-skipped", "drivers/oracle/oracle.dsf", 47, "\"ora_archive\" matches none"},
+    {"note", "database-skipped", "drivers/oracle/oracle.dsf", 52, "\"ora11\" is not active"},
+    {"warning", "charset-table", "drivers/oracle/oracle.dsf", 24, "oracle21.csl"},
+    {"warning", "unknown-driver", "driverde_DE.cfg", 7, "did you mean \"SQLite\"?"},
+    {"error", "load-failure", "", 0, "QRError 10"},
+};
+
+TEST(CheckTest, FindsEveryPlantedProblemOfTheBrokenInstallation) {
+  const std::vector<Found> found = Findings({"check", "--json", "--config-dir", BrokenDir()}, 1);
+  for (const Expected& expected : kBroken) {
+    SCOPED_TRACE(std::string(expected.Kind) + " " + expected.File + ":" +
+                 std::to_string(expected.Line));
+    int matches = 0;
+    for (const Found& f : found) {
+      if (f.Kind == expected.Kind && f.File == expected.File && f.Line == expected.Line &&
+          f.Message.find(expected.Text) != std::string::npos) {
+        ++matches;
+        EXPECT_EQ(expected.Severity, f.Severity);
+      }
+    }
+    EXPECT_EQ(1, matches);
+  }
+  EXPECT_EQ(std::size(kBroken), found.size());
+  for (const Found& f : found) {
+    if (f.Kind == "xml-error") {
+      EXPECT_EQ(38, f.Column);
+    }
+  }
+}
+
+TEST(CheckTest, TextReportNamesFileLineSeverityAndKind) {
+  const ToolRun run = RunQrConfig({"check", "--config-dir", BrokenDir()});
+  EXPECT_EQ(1, run.Status);
+  for (const char* line :
+       {"\ndrivers/postgres/postgres.dsf:11:38: error: The data-access file is not well-formed "
+        "XML (mismatched tag): the start-up fails. [xml-error]\n    Fix the XML syntax",
+        "\nqr.cfg:38: warning: The main configuration file has no element \"Parmeter\": the "
+        "reader passes over it (did you mean \"Parameter\"?). [unknown-element]\n    Write "
+        "\"Parameter\"; names are case-sensitive.\n",
+        "\nsetup/oracle.32.setup: note: ", "\ncheck: error: The library does not load",
+        "\n5 errors, 11 warnings, 5 notes in "}) {
+    SCOPED_TRACE(line);
+    EXPECT_NE(std::string::npos, ("\n" + run.Out).find(line)) << run.Out;
+  }
+  EXPECT_NE(std::string::npos, run.Out.find("The library does not load this installation.\n"));
+}
+
+TEST(CheckTest, SampleHasNotesOnlyAndLoads) {
+  const std::vector<Found> found = Findings({"check", "--json"}, 0);
+  ASSERT_EQ(4u, found.size());
+  for (const Found& f : found) EXPECT_EQ("note", f.Severity) << f.Message;
+  const ToolRun run = RunQrConfig({"check"});
+  EXPECT_EQ(0, run.Status);
+  EXPECT_NE(std::string::npos, run.Out.find("0 errors, 0 warnings, 4 notes in " + SampleDir() +
+                                            " (library mode, platform "));
+  EXPECT_NE(std::string::npos, run.Out.find("The library loads this installation.\n"));
+}
+
+TEST(CheckTest, ServerModeAppliesTheRegisteredActiveSources) {
+  const std::vector<Found> found =
+      Findings({"check", "--json", "--mode", "server", "--active", "Oracle=ora2."}, 0);
+  std::vector<std::string> skipped;
+  for (const Found& f : found) {
+    if (f.Kind == "driver-skipped" || f.Kind == "database-skipped")
+      skipped.push_back(f.File + ":" + std::to_string(f.Line));
+  }
+  std::sort(skipped.begin(), skipped.end());  // setup files come in directory-listing order
+  EXPECT_EQ((std::vector<std::string>{
+                "drivers/oracle/oracle.dsf:15", "drivers/oracle/oracle.dsf:32",
+                "drivers/oracle/oracle.dsf:37", "setup/postgres.setup:3", "setup/sqlite.setup:3"}),
+            skipped);
+}
+
+}  // namespace

@@ -1,0 +1,94 @@
+// The process set-up of qrconfig: platforms, the configuration directory and error advice.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "app/config_directory.h"
+#include "app/error_advice.h"
+#include "app/platform_profile.h"
+#include "config/manager/qr_error.h"
+
+namespace qrconfig {
+namespace {
+
+using Names = std::vector<std::string>;
+
+TEST(PlatformProfileTest, NamesTheFamiliesOfAPlatform) {
+  const std::pair<std::string, Names> cases[] = {
+      {"Linux-x86_64", {"Linux-x86_64", "Linux", "Unix"}},
+      {"Linux-ppc64le", {"Linux-ppc64le", "Linux", "Unix"}},
+      {"Linux", {"Linux", "Unix"}},
+      {"Windows-x64", {"Windows-x64", "Windows"}},
+      {"Windows", {"Windows"}},
+      {"AIX", {"AIX", "Unix"}},
+      {"HP-UX", {"HP-UX", "Unix"}},
+      {"HP-UX-11", {"HP-UX-11", "HP-UX", "Unix"}},
+      {"Plan9", {"Plan9"}},
+      {"linux-x86_64", {"linux-x86_64"}},
+  };
+  for (const auto& [name, platformNames] : cases) {
+    SCOPED_TRACE(name);
+    const Process::Settings settings = PlatformSettings(name);
+    EXPECT_EQ(name, settings.Name);
+    EXPECT_EQ("UTF-8", settings.CharSetName);
+    EXPECT_EQ(platformNames, settings.PlatformNames);
+    for (const std::string& list : platformNames) {
+      const Names& members = settings.OSLists.at(list);
+      EXPECT_EQ(1, std::count(members.begin(), members.end(), name)) << list;
+    }
+  }
+  // The build defaults' lists keep their members.
+  Names unix = Process::Defaults().OSLists.at("Unix");
+  unix.push_back("AIX");
+  EXPECT_EQ(unix, PlatformSettings("AIX").OSLists.at("Unix"));
+  EXPECT_EQ(Names{"Plan9"}, PlatformSettings("Plan9").OSLists.at("Plan9"));
+}
+
+TEST(ConfigDirectoryTest, TakesTheFirstSourceThatNamesOne) {
+  Invocation none;
+  Invocation option;
+  option.ConfigDirectory = "/opt";
+  Invocation parameter;
+  parameter.Parameters = {{"Config Directory", "/param"}, {"Other", "x"}};
+  struct Case {
+    const Invocation* Line;
+    std::string Environment, Executable, Path, Source;
+  };
+  const Case cases[] = {
+      {&option, "/env", "/usr/bin/qrconfig", "/opt", "--config-dir"},
+      {&parameter, "/env", "", "/param", "--param"},
+      {&none, "/env", "/usr/bin/qrconfig", "/env", "QR_CONFIG_DIR"},
+      {&none, "", "/nonexistent/bin/qrconfig", QR_EXAMPLES_DIR "/sample-config",
+       "the sample of the source tree"},
+      {&none, "", "", QR_EXAMPLES_DIR "/sample-config", "the sample of the source tree"},
+  };
+  for (const Case& test : cases) {
+    SCOPED_TRACE(test.Path);
+    const ConfigDirectoryChoice choice =
+        ConfigDirectoryLocator::Locate(*test.Line, test.Environment, test.Executable);
+    EXPECT_EQ(test.Path, choice.Path);
+    EXPECT_EQ(test.Source, choice.Source);
+  }
+  Invocation both = option;
+  both.Parameters = parameter.Parameters;
+  EXPECT_THROW(ConfigDirectoryLocator::Locate(both, "", ""), UsageError);
+}
+
+TEST(ErrorAdviceTest, EveryCodeOfTheCatalogueHasAdviceOfItsOwn) {
+  const std::int32_t codes[] = {1,   4,   5,   10,  13,  22,  45,  46,  47,  48,
+                                50,  259, 260, 261, 262, 263, 264, 265, 266, 267,
+                                268, 270, 279, 280, 281, 282, 283, 284};
+  const std::string general = AdviceFor(-1);
+  for (std::int32_t code : codes) {
+    SCOPED_TRACE(code);
+    EXPECT_NE(general, AdviceFor(code));
+    EXPECT_EQ('.', AdviceFor(code).back());
+  }
+  EXPECT_EQ(
+      "QRError 13: no database named \"x\". List the driver's databases and aliases with "
+      "'qrconfig databases DRIVER'; names are case-sensitive.",
+      ErrorSentence(QRError(3, 256, 13, orv_utf8string("x"))));
+}
+
+}  // namespace
+}  // namespace qrconfig

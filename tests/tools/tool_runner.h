@@ -1,0 +1,24 @@
+// Runs qrconfig in-process for tests and keeps what it printed.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <Poco/JSON/Object.h>
+
+struct ToolRun {
+  int Status = -1;
+  std::string Out;
+  std::string Err;
+};
+
+// RunTool with `arguments`; "--config-dir <the sample>" is added unless the arguments name a
+// configuration directory themselves.
+ToolRun RunQrConfig(std::vector<std::string> arguments);
+
+// The sample and the broken installation of the source tree.
+std::string SampleDir();
+std::string BrokenDir();
+
+// Parses `text` as one JSON document; fails the calling test when it is not valid JSON.
+Poco::Dynamic::Var ParseJson(const std::string& text);

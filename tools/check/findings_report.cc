@@ -1,0 +1,80 @@
+#include "check/findings_report.h"
+
+#include "output/json_writer.h"
+#include "platform/process.h"
+
+namespace qrconfig {
+
+namespace {
+
+std::string Plural(std::size_t count, const char* word) {
+  return std::to_string(count) + " " + word + (count == 1 ? "" : "s");
+}
+
+}  // namespace
+
+void FindingsReport::WriteText(const CheckResult& result, const char* mode, std::ostream& out) {
+  for (const Finding& finding : result.Found.All()) {
+    out << (finding.File.empty() ? "check" : finding.File);
+    if (finding.Line != 0) out << ':' << finding.Line;
+    if (finding.Column != 0) out << ':' << finding.Column;
+    out << ": " << SeverityName(finding.Level) << ": " << finding.Message << " [" << finding.Kind
+        << "]\n";
+    if (!finding.Advice.empty()) out << "    " << finding.Advice << '\n';
+  }
+  const Findings& found = result.Found;
+  out << Plural(found.Count(Severity::Error), "error") << ", "
+      << Plural(found.Count(Severity::Warning), "warning") << ", "
+      << Plural(found.Count(Severity::Note), "note") << " in " << found.ConfigDirectory() << " ("
+      << mode << " mode, platform " << Process::Instance().Name() << "). The library "
+      << (result.Loaded ? "loads" : "does not load") << " this installation.\n";
+}
+
+void FindingsReport::WriteJson(const CheckResult& result, const char* mode, std::ostream& out) {
+  const Findings& found = result.Found;
+  JsonWriter json(out);
+  json.BeginObject();
+  json.Member("configDirectory", found.ConfigDirectory());
+  json.Member("mode", mode);
+  json.Member("platform", Process::Instance().Name());
+  json.Member("loads", result.Loaded);
+  json.Key("summary");
+  json.BeginObject();
+  json.Member("errors", static_cast<std::int64_t>(found.Count(Severity::Error)));
+  json.Member("warnings", static_cast<std::int64_t>(found.Count(Severity::Warning)));
+  json.Member("notes", static_cast<std::int64_t>(found.Count(Severity::Note)));
+  json.EndObject();
+  json.Key("findings");
+  json.BeginArray();
+  for (const Finding& finding : found.All()) {
+    json.BeginObject();
+    json.Member("severity", SeverityName(finding.Level));
+    json.Member("kind", finding.Kind);
+    json.Key("file");
+    if (finding.File.empty()) {
+      json.Null();
+    } else {
+      json.String(finding.File);
+    }
+    json.Key("line");
+    if (finding.Line == 0) {
+      json.Null();
+    } else {
+      json.Integer(static_cast<std::int64_t>(finding.Line));
+    }
+    json.Key("column");
+    if (finding.Column == 0) {
+      json.Null();
+    } else {
+      json.Integer(static_cast<std::int64_t>(finding.Column));
+    }
+    json.Member("message", finding.Message);
+    json.Member("advice", finding.Advice);
+    json.EndObject();
+  }
+  json.EndArray();
+  json.EndObject();
+  json.Finish();
+}
+
+}  // namespace qrconfig

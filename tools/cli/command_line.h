@@ -1,0 +1,47 @@
+// The command line of qrconfig: options and subcommand, parsed strictly.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <Poco/Util/OptionSet.h>
+
+#include "config/manager/initialization.h"
+
+namespace qrconfig {
+
+// What the command line asks for.
+struct Invocation {
+  std::string Command;                 // a name of Commands(); empty with --help or --version
+  std::vector<std::string> Arguments;  // the positional arguments after the command
+  bool Help = false;                   // --help, -h or the command "help"
+  bool Version = false;                // --version
+  bool Json = false;                   // --json
+  std::string ConfigDirectory;         // --config-dir; empty when not given
+  Initialization::Mode Mode = Initialization::Library;             // --mode
+  std::vector<std::pair<std::string, std::string>> Parameters;     // --param NAME=VALUE, in order
+  std::vector<std::pair<std::string, std::string>> ActiveSources;  // --active DRIVER=PATTERN
+  std::string Platform;  // --platform; empty: the running platform
+};
+
+// A command line that qrconfig cannot run; what() is a sentence for the user (exit status 2).
+class UsageError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// The options qrconfig accepts, with their help texts.
+Poco::Util::OptionSet ToolOptions();
+
+// Parses the arguments that follow the program name. Options may stand before or after the
+// command and its arguments; "--" ends the options. Option names must be written in full
+// (no abbreviations), as "--name VALUE" or "--name=VALUE". Throws UsageError for an unknown
+// or repeated option (only --param and --active repeat), a missing or malformed option value,
+// a missing or unknown command, or a wrong number of arguments for the command. With --help
+// or --version nothing else is checked, except that a command named with --help must exist.
+// "help [COMMAND]" is the same as "[COMMAND] --help".
+Invocation ParseCommandLine(const std::vector<std::string>& arguments);
+
+}  // namespace qrconfig
