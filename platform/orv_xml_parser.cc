@@ -337,3 +337,11 @@ void OrvXmlParser::ParseFile(const std::string& path) {
   }
   FlushText();
 }
+
+unsigned long OrvXmlParser::CurrentLine() const noexcept {
+  return m_Parser == nullptr ? 0 : XML_GetCurrentLineNumber(m_Parser);
+}
+
+unsigned long OrvXmlParser::CurrentColumn() const noexcept {
+  return m_Parser == nullptr ? 0 : XML_GetCurrentColumnNumber(m_Parser) + 1;
+}

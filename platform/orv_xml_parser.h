@@ -64,7 +64,7 @@ struct XmlDiagnostic {
   std::string Message;       // Expat's description, or the system's for code 45
 };
 
-class QR_API OrvXmlParser {
+class OrvXmlParser {
  public:
   // Size of the blocks ParseFile reads.
   static constexpr int kBlockSize = 64 * 1024;
@@ -93,6 +93,12 @@ class QR_API OrvXmlParser {
 
   // The diagnostic of the last ParseFile; Code 0 when it succeeded or a handler ended it.
   const XmlDiagnostic& LastError() const { return m_LastError; }
+
+  // While a handler runs: the 1-based line and column of the event the parser is reporting
+  // (for a chunk of text, of the line break or markup that ended the chunk). 0 outside a
+  // parse. For diagnostics only.
+  unsigned long CurrentLine() const noexcept;
+  unsigned long CurrentColumn() const noexcept;
 
  protected:
   // Parses the file at `path` and drives the handlers; see the file comment for the codes.

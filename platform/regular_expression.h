@@ -19,7 +19,7 @@ class RegularExpression;
 
 namespace RegularExpression {
 
-class QR_API Matcher {
+class Matcher {
  public:
   // The options value 2: letter case is ignored.
   static constexpr int kIgnoreCase = 2;

@@ -11,7 +11,7 @@
 #include "platform/i18n_string.h"
 #include "platform/qr_export.h"
 
-class QR_API UnicodeManager {
+class UnicodeManager {
  public:
   // The process-wide instance; it holds no state.
   static UnicodeManager& Instance();

@@ -16,7 +16,7 @@ namespace Poco {
 class Path;
 }
 
-class QR_API XMLParser : public OrvXmlParser {
+class XMLParser : public OrvXmlParser {
  public:
   // Builds the three matchers, in this order: false words, true words, integers.
   XMLParser();

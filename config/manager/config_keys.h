@@ -12,7 +12,7 @@
 //
 // Threads: Create and Destroy run on the thread that initialises or destroys the manager,
 // while no other thread uses the library; Instance only reads.
-class QR_API ConfigKeys {
+class ConfigKeys {
  public:
   // Builds the table. Throws QRError 259 when a table exists already.
   static void Create();

@@ -41,27 +41,10 @@ void XmlScanner::EndElementHandler(const unsigned short*) {
 }
 
 void XmlScanner::CharacterDataHandler(const unsigned short* text, int length) {
-  CountLineBreaks(text, length);
   if (m_Open.empty()) return;
   XmlElement& element = m_Document.Elements[m_Open.back()];
   ReaderText::Append(text, length, element.RawText);
   ReaderText::AppendCut(text, length, element.Text);
-}
-
-void XmlScanner::ProcessingInstructionHandler(const unsigned short*, const unsigned short* data) {
-  int length = 0;
-  while (data != nullptr && data[length] != 0) ++length;
-  CountLineBreaks(data, length);
-}
-
-void XmlScanner::DefaultHandler(const unsigned short* text, int length) {
-  CountLineBreaks(text, length);
-}
-
-void XmlScanner::CountLineBreaks(const unsigned short* text, int length) {
-  for (int i = 0; i < length; ++i) {
-    if (text[i] == '\n') ++m_LineBreaks;
-  }
 }
 
 }  // namespace qrconfig

@@ -32,18 +32,12 @@ class XmlScanner : public XMLParser {
                            const OrvXmlAttributeValue* attributes) override;
   void EndElementHandler(const unsigned short* name) override;
   void CharacterDataHandler(const unsigned short* text, int length) override;
-  void ProcessingInstructionHandler(const unsigned short* target,
-                                    const unsigned short* data) override;
-  void DefaultHandler(const unsigned short* text, int length) override;
 
  private:
   XmlScanner() = default;
-  void CountLineBreaks(const unsigned short* text, int length);
-  unsigned long CurrentLine() const { return m_LineBreaks + 1; }
 
   XmlDocument m_Document;
   std::vector<std::size_t> m_Open;  // indices of the open elements, innermost last
-  unsigned long m_LineBreaks = 0;
 };
 
 }  // namespace qrconfig
