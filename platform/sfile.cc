@@ -50,6 +50,9 @@ std::string ReadWholeFile(const std::string& fileName) {
   const std::unique_ptr<std::FILE, FileCloser> file(std::fopen(fileName.c_str(), "rb"));
   if (!file) ThrowFileFailure(fileName, errno);
   std::string bytes;
+  // Reserving the size read above spares the copies of a growing string, which would need
+  // up to twice the file's size at once; a file that grew since is still read whole.
+  bytes.reserve(static_cast<std::size_t>(status.st_size));
   char buffer[1 << 14];
   std::size_t count;
   while ((count = std::fread(buffer, 1, sizeof buffer, file.get())) > 0)

@@ -1,5 +1,7 @@
 #include "config/model/config_tree.h"
 
+#include <string_view>
+
 #include "config/manager/qr_error.h"
 
 using Node = ConfigManagerTypes::Node;
@@ -29,11 +31,23 @@ tree_node<Node>& Tree::Find(const NodePath& path) {
 const tree_node<Node>& Tree::Find(const NodePath& path) const {
   const int levels = path.levels();
   if (levels == 0) ThrowQRError(QRErrorCode::EmptyNodePath);
-  if (empty() || root().value().Name() != path[0])
+  // The levels are read in place from the path's text, which stdx::path keeps splitting into
+  // exactly its levels; NodePath::operator[] would copy each name, and a lookup that
+  // succeeds must not allocate.
+  const char separator = path.separator();
+  std::string_view rest = path.text();
+  if (!rest.empty() && rest.front() == separator) rest.remove_prefix(1);
+  auto nextLevel = [&rest, separator]() {
+    const std::size_t end = rest.find(separator);
+    const std::string_view level = rest.substr(0, end);
+    rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
+    return level;
+  };
+  if (empty() || root().value().Name() != nextLevel())
     ThrowQRError(QRErrorCode::NodeNotFound, static_cast<const char*>(path));
   const tree_node<Node>* current = &root();
   for (int level = 1; level < levels; ++level) {
-    const std::string name = path[level];
+    const std::string_view name = nextLevel();
     const tree_node<Node>* next = nullptr;
     for (auto child = current->ch_begin(); child != current->ch_end(); ++child) {
       if ((*child).value().Name() == name) {

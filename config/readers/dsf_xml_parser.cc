@@ -27,6 +27,15 @@ const std::string kUndefinedLibrary("Undefined");
 const std::string kConfigurationFileField("Configuration File");
 const std::string kDirectoryField("Directory");
 
+// The first field named `name`, as Node::Find finds it, or null: one scan where Node::Exists
+// followed by Node::Find would take two.
+ConfigManagerTypes::Field* FirstField(ConfigManagerTypes::Node& node, const std::string& name) {
+  for (ConfigManagerTypes::Field& field : node) {
+    if (field.Name() == name) return &field;
+  }
+  return nullptr;
+}
+
 }  // namespace
 
 DsfXmlParser::DsfXmlParser(const TreeNode& driversDefaults, TreeNode& driver,
@@ -57,30 +66,11 @@ void DsfXmlParser::BeginParse(const Poco::Path& file) {
   m_FileName = file.toString();
 }
 
+// Element names are tested in the order of their frequency in a data-access file, most
+// frequent first; they exclude one another, so the order changes no result.
 void DsfXmlParser::StartElementHandler(const unsigned short* name,
                                        const OrvXmlAttributeValue* attributes) {
-  if (name == kDefaults) {
-    m_CurrentNode = &m_Defaults;
-    m_States.push_back(InDefaults);
-  } else if (name == kDataBase) {
-    m_States.push_back(Accept(attributes) ? InDatabase : Skip);
-  } else if (name == kAlias) {
-    m_States.push_back(Top() == InDatabase ? InAlias : Skip);
-  } else if (name == kLibraries) {
-    if (Top() == Skip) {
-      m_States.push_back(Skip);
-      return;
-    }
-    SetLibrary(kUndefinedLibrary);
-    m_Libraries.clear();
-    m_States.push_back(InLibraries);
-  } else if (name == kLibrary) {
-    if (Top() == Skip) {
-      m_States.push_back(Skip);
-      return;
-    }
-    m_States.push_back(PlatformCheck(attributes) ? InText : Skip);
-  } else if (name == kParameter) {
+  if (name == kParameter) {
     if (Top() == Skip) {
       m_States.push_back(Skip);
       return;
@@ -89,11 +79,37 @@ void DsfXmlParser::StartElementHandler(const unsigned short* name,
       if (a->Name == kName) ReaderText::Assign(a->Value, m_ParameterName);
     }
     m_States.push_back(PlatformCheck(attributes) ? InText : Skip);
+  } else if (name == kAlias) {
+    m_States.push_back(Top() == InDatabase ? InAlias : Skip);
+  } else if (name == kDataBase) {
+    m_States.push_back(Accept(attributes) ? InDatabase : Skip);
+  } else if (name == kLibrary) {
+    if (Top() == Skip) {
+      m_States.push_back(Skip);
+      return;
+    }
+    m_States.push_back(PlatformCheck(attributes) ? InText : Skip);
+  } else if (name == kLibraries) {
+    if (Top() == Skip) {
+      m_States.push_back(Skip);
+      return;
+    }
+    SetLibrary(kUndefinedLibrary);
+    m_Libraries.clear();
+    m_States.push_back(InLibraries);
+  } else if (name == kDefaults) {
+    m_CurrentNode = &m_Defaults;
+    m_States.push_back(InDefaults);
   }
 }
 
 void DsfXmlParser::EndElementHandler(const unsigned short* name) {
-  if (name == kDataBase || name == kDefaults) {
+  if (name == kParameter) {
+    if (Top() == InText) {
+      SetParameter();
+      m_ParameterName.clear();
+      m_Text.clear();
+    }
     Pop();
   } else if (name == kAlias) {
     if (Top() == InAlias) {
@@ -101,9 +117,8 @@ void DsfXmlParser::EndElementHandler(const unsigned short* name) {
       m_Text.clear();
     }
     Pop();
-  } else if (name == kLibraries) {
+  } else if (name == kDataBase || name == kDefaults) {
     Pop();
-    if (Top() == InDatabase && !m_Libraries.empty()) m_CurrentTreeNode->ch_push_back(m_Libraries);
   } else if (name == kLibrary) {
     if (Pop() != InText) return;
     if (Top() == InLibraries) {
@@ -112,13 +127,9 @@ void DsfXmlParser::EndElementHandler(const unsigned short* name) {
       SetLibrary(m_Text);
     }
     m_Text.clear();
-  } else if (name == kParameter) {
-    if (Top() == InText) {
-      SetParameter();
-      m_ParameterName.clear();
-      m_Text.clear();
-    }
+  } else if (name == kLibraries) {
     Pop();
+    if (Top() == InDatabase && !m_Libraries.empty()) m_CurrentTreeNode->ch_push_back(m_Libraries);
   }
 }
 
@@ -162,11 +173,14 @@ bool DsfXmlParser::Accept(const OrvXmlAttributeValue* attributes) {
 }
 
 void DsfXmlParser::AddDatabase() {
-  // The node is appended first and filled in place, which saves copying it; the merge of
-  // the defaults cannot fail, since the defaults hold one Bool, Long or String field per name.
+  // The node is appended first and filled in place, which saves copying it. The defaults hold
+  // one Bool, Long or String field per name (every change to them updates the first field of
+  // a name or appends a new name), so merging them into the empty node with Node::Update
+  // appends each of them in order: a plain copy of the list gives the same fields without
+  // Update's searches.
   TreeNode& database = *m_Driver.ch_push_back(Node(m_DatabaseName));
   Node& node = database.value();
-  node.Update(m_Defaults);
+  static_cast<tnode<Field>&>(node) = m_Defaults;
   node.push_back(Field(kConfigurationFileField, m_FileName));
   node.push_back(Field(kDirectoryField, m_Setup.Directory()));
   for (const auto& version : m_Setup.Versions())
@@ -198,16 +212,16 @@ bool DsfXmlParser::PlatformCheck(const OrvXmlAttributeValue* attributes) {
 }
 
 void DsfXmlParser::SetLibrary(const std::string& value) {
-  if (m_CurrentNode->Exists(kLibraryField)) {
-    m_CurrentNode->Find(kLibraryField).Update(value);
+  if (Field* field = FirstField(*m_CurrentNode, kLibraryField)) {
+    field->Update(value);
   } else {
     m_CurrentNode->push_back(Field(kLibraryField, value));
   }
 }
 
 void DsfXmlParser::SetParameter() {
-  if (m_CurrentNode->Exists(m_ParameterName)) {
-    StoreValue(m_CurrentNode->Find(m_ParameterName), m_Text);
+  if (Field* field = FirstField(*m_CurrentNode, m_ParameterName)) {
+    StoreValue(*field, m_Text);
   } else {
     m_CurrentNode->push_back(MakeField(m_ParameterName, m_Text));
   }
