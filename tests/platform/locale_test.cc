@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include "platform/locale_descriptor.h"
 #include "platform/orv_locale.h"
 
 namespace {
@@ -16,9 +15,6 @@ TEST(LocaleTest, IdentifiersSplitAtTheFirstUnderscore) {
     EXPECT_EQ(std::make_pair(std::string(c[0]), std::string(c[1])),
               orv_locale::splitLocaleId(c[2]));
   }
-  Quorin::LocaleDescriptor locale("fr", "", "ISO-8859-1");
-  locale.SetCountry("CA");
-  EXPECT_EQ("fr_CA", locale.LocaleId());
 }
 
 }  // namespace

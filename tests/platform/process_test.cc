@@ -21,7 +21,6 @@ TEST(ProcessTest, DefaultsDescribeTheBuildTarget) {
   EXPECT_THAT(process.OSList(""), ElementsAre(process.Name()));
   EXPECT_THAT(process.OSList("Unix"), ::testing::Contains(process.Name()));
   EXPECT_THAT(process.OSList("Linux-aarch64"), ElementsAre("Linux-aarch64"));
-  EXPECT_THAT(process.OSList("Solaris"), ElementsAre("Solaris"));
 }
 
 TEST(ProcessTest, ConfigureReplacesAndResetRestores) {

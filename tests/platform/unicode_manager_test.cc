@@ -25,9 +25,10 @@ TEST(UnicodeManagerTest, ConvertsToUtf8) {
 }
 
 TEST(UnicodeManagerTest, FailuresNameTheCharacterSetAndKeepTheOutput) {
-  const std::string cases[][2] = {{"x", "no-such-set"},   {"x", ""},
-                                  {"x", "UTF-8//IGNORE"}, {"\xFF", "UTF-8"},
-                                  {"a\xC3", "UTF-8"},     {"\xED\xA0\x80", "UTF-8"},
+  const std::string cases[][2] = {{"x", "no-such-set"},
+                                  {"x", "UTF-8//IGNORE"},
+                                  {"\xFF", "UTF-8"},
+                                  {"a\xC3", "UTF-8"},
                                   {"\x81", "UTF-16LE"}};
   for (const auto& c : cases) {
     orv_utf8string out("old");

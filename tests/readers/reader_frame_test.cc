@@ -78,10 +78,9 @@ TEST(ReaderFrameTest, HandlerErrorsPassUnchanged) {
 }
 
 TEST(ReaderFrameTest, ValuesAreTypedByTheirWholeText) {
+  // One text of each kind; XMLParserTest holds the full classification table.
   const std::pair<std::string, std::string> cases[] = {
-      {"NO", "v=false"}, {"n", "v=false"},     {"Yes", "v=true"},  {"ys", "v=true"},
-      {"1", "v=1"},      {"-0", "v=0"},        {"|5", "v=5"},      {"0042", "v=42"},
-      {"", "v=''"},      {" yes", "v=' yes'"}, {"1.5", "v='1.5'"}, {"nope", "v='nope'"}};
+      {"NO", "v=false"}, {"ys", "v=true"}, {"|5", "v=5"}, {"", "v=''"}, {" yes", "v=' yes'"}};
   Probe c;
   for (const auto& [text, field] : cases)
     EXPECT_EQ(Describe(c.MakeField("v", text)), field) << text;

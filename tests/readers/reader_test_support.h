@@ -1,5 +1,5 @@
 // Helpers of the reader tests: documents in temporary files and fixtures, a fixed test platform,
-// compact descriptions of nodes and the check of a QRError's code and argument.
+// compact descriptions of nodes; ExpectQRError comes from the model tests.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -11,6 +11,7 @@
 #include "config/manager/qr_error.h"
 #include "config/model/tree.h"
 #include "platform/process.h"
+#include "tests/model/model_test_support.h"
 
 using Field = ConfigManagerTypes::Field;
 using Node = ConfigManagerTypes::Node;
@@ -64,16 +65,4 @@ inline std::string Describe(const TreeNode& node) {
     out += (it == node.ch_begin() ? "[" : " ") + Describe(*it);
   }
   return node.ch_size() == 0 ? out : out + "]";
-}
-
-// Runs `action` and expects a QRError with exactly this code and argument.
-template <typename Action>
-void ExpectQRError(Action&& action, std::int32_t code, const std::string& argument) {
-  try {
-    action();
-    ADD_FAILURE() << "no QRError, expected code " << code;
-  } catch (const QRError& error) {
-    EXPECT_EQ(error.Code(), code) << error.what();
-    EXPECT_EQ(error.Argument().str(), argument) << error.what();
-  }
 }

@@ -31,12 +31,6 @@ TEST(CommandLineTest, ReadsCommandArgumentsAndFlagsAnywhere) {
       {{"tree", "--help"}, "tree", {}, true, false},
       {{"help", "check"}, "check", {}, true, false},
       {{"help"}, "", {}, true, false},
-      {{"texts", "ORA", "fr", "CA"}, "texts", {"ORA", "fr", "CA"}, false, false},
-      {{"charset", "Oracle", "ora19", "UTF-8"},
-       "charset",
-       {"Oracle", "ora19", "UTF-8"},
-       false,
-       false},
   };
   for (const GoodLine& line : cases) {
     SCOPED_TRACE(::testing::PrintToString(line.Arguments));
@@ -73,7 +67,6 @@ TEST(CommandLineTest, RefusesMalformedLinesWithASentence) {
       {{"help", "bogus"}, "unknown command \"bogus\""},
       {{"tree", "--bogus"}, "unknown option --bogus"},
       {{"tree", "--conf", "x"}, "unknown option --conf"},
-      {{"tree", "--js"}, "unknown option --js"},
       {{"tree", "-x"}, "Unknown option"},
       {{"tree", "--config-dir"}, "config-dir requires DIR"},
       {{"tree", "--json", "--json"}, "more than once: json"},
@@ -85,10 +78,8 @@ TEST(CommandLineTest, RefusesMalformedLinesWithASentence) {
       {{"tree", "--config-dir", ""}, "--config-dir needs a directory"},
       {{"tree", "--platform", ""}, "--platform needs a platform name"},
       {{"tree", "a", "b"}, "tree takes 0 or 1 argument (tree [NODEPATH]), not 2"},
-      {{"get"}, "get takes 1 or 2 arguments"},
       {{"drivers", "x"}, "drivers takes no argument"},
       {{"charset", "a", "b"}, "charset takes 1 or 3 arguments"},
-      {{"texts", "ORA"}, "texts takes 2 or 3 arguments"},
   };
   for (const BadLine& line : cases) {
     SCOPED_TRACE(::testing::PrintToString(line.Arguments));

@@ -16,12 +16,9 @@ using Names = std::vector<std::string>;
 TEST(PlatformProfileTest, NamesTheFamiliesOfAPlatform) {
   const std::pair<std::string, Names> cases[] = {
       {"Linux-x86_64", {"Linux-x86_64", "Linux", "Unix"}},
-      {"Linux-ppc64le", {"Linux-ppc64le", "Linux", "Unix"}},
       {"Linux", {"Linux", "Unix"}},
       {"Windows-x64", {"Windows-x64", "Windows"}},
-      {"Windows", {"Windows"}},
       {"AIX", {"AIX", "Unix"}},
-      {"HP-UX", {"HP-UX", "Unix"}},
       {"HP-UX-11", {"HP-UX-11", "HP-UX", "Unix"}},
       {"Plan9", {"Plan9"}},
       {"linux-x86_64", {"linux-x86_64"}},
