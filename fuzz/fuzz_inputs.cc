@@ -1,0 +1,468 @@
+#include "fuzz_inputs.h"
+
+#include <Poco/Exception.h>
+#include <Poco/File.h>
+#include <Poco/Path.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <stdexcept>
+
+#include "config/manager/config_keys.h"
+#include "config/qr_config.h"
+#include "config/readers/cfg_xml_parser.h"
+#include "config/readers/drv_xml_parser.h"
+#include "config/readers/dsf_xml_parser.h"
+#include "config/readers/loc_drv_xml_parser.h"
+#include "config/readers/setup_xml_parser.h"
+#include "platform/xml_parser.h"
+
+#ifndef QR_SAMPLE_CONFIG_DIR
+#error "QR_SAMPLE_CONFIG_DIR must name examples/sample-config"
+#endif
+
+namespace FuzzInputs {
+namespace {
+
+using Node = ConfigManagerTypes::Node;
+using Field = ConfigManagerTypes::Field;
+using TreeNode = tree_node<Node>;
+
+std::string Text(const std::uint8_t* data, std::size_t size) {
+  return std::string(reinterpret_cast<const char*>(data), size);
+}
+
+void WriteFile(const std::string& path, const std::string& bytes) {
+  std::ofstream out(path, std::ios::binary | std::ios::trunc);
+  out << bytes;
+  Check(static_cast<bool>(out), "cannot write " + path);
+}
+
+std::string ReadFile(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+// A directory for the process's scratch files, removed when the process ends normally.
+class ScratchDir {
+ public:
+  static const ScratchDir& Instance() {
+    static const ScratchDir dir;
+    return dir;
+  }
+  std::string Path(const std::string& name) const { return m_Path + "/" + name; }
+  // Writes `bytes` to the scratch file `name` and returns its path.
+  std::string Write(const std::string& name, const std::string& bytes) const {
+    const std::string path = Path(name);
+    WriteFile(path, bytes);
+    return path;
+  }
+
+ private:
+  ScratchDir() {
+    std::string pattern = Poco::Path::temp() + "qr_config_fuzz_XXXXXX";
+    Check(mkdtemp(pattern.data()) != nullptr, "mkdtemp failed");
+    m_Path = pattern;
+  }
+  ~ScratchDir() {
+    try {
+      Poco::File(m_Path).remove(true);
+    } catch (...) {
+    }
+  }
+
+  std::string m_Path;
+};
+
+// Visits every node of the subtree without recursion and returns their number; touching each
+// node and field lets the sanitizers see a tree left in a broken state.
+std::size_t CountNodes(const TreeNode& top) {
+  std::size_t count = 0;
+  std::vector<const TreeNode*> pending{&top};
+  while (!pending.empty()) {
+    const TreeNode* node = pending.back();
+    pending.pop_back();
+    ++count;
+    for (const Field& field : node->value())
+      Check(field.ValueType() != Field::None, "untyped field");
+    for (auto child = node->ch_begin(); child != node->ch_end(); ++child)
+      pending.push_back(&*child);
+  }
+  return count;
+}
+
+// ---- readers
+
+void ParseMainFile(const std::string& path, Initialization::Mode mode) {
+  tree<Node> configuration(Node("Quorin"));
+  TreeNode& root = configuration.root();
+  TreeNode& defaults = *root.ch_push_back(Node("Drivers defaults"));
+  TreeNode& drivers = *root.ch_push_back(Node("DBDrivers"));
+  TreeNode& traces = *root.ch_push_back(Node("Traces"));
+  TreeNode& active = *root.ch_push_back(Node("ActiveDataSources"));
+  CfgXmlParser::PlatformLocales locales;
+  try {
+    CfgXmlParser reader(mode, &locales, &defaults, &drivers, &traces, &active);
+    reader.Parse(Poco::Path(path));
+  } catch (const QRError&) {
+  }
+  CountNodes(root);
+  // A copy of whatever was built must be complete and independent.
+  const tree<Node> copy(root);
+  Check(CountNodes(copy.root()) == CountNodes(root), "a copy of the tree lost nodes");
+}
+
+// The setup file that the data-access target reads its files under; read once and never
+// destroyed, so that no exit-time destruction order matters.
+const SetupXmlParser& FixedSetup() {
+  static const SetupXmlParser* const setup = [] {
+    auto* reader = new SetupXmlParser();
+    reader->Parse(Poco::Path(ScratchDir::Instance().Write(
+        "fixed.setup",
+        "<Setup><NetworkLayer Name=\"Ora\"/><Directory>drivers/ora</Directory>"
+        "<DataFileName>ora</DataFileName><Version Type=\"Client\">19.3</Version>"
+        "<Version Type=\"Driver\">4.2</Version></Setup>")));
+    return reader;
+  }();
+  return *setup;
+}
+
+// The fall-back defaults the start-up gives every database, plus one of each type.
+const tree<Node>& FixedDefaults() {
+  static const tree<Node> defaults = [] {
+    Node node("Drivers defaults");
+    node.push_back(Field("Fetch Size", std::int32_t{100}));
+    node.push_back(Field("Read Only", false));
+    node.push_back(Field("Driver Capabilities", "Read,Write"));
+    node.push_back(Field("Status", std::int32_t{0}));
+    node.push_back(Field("Library Name", "Not Defined"));
+    return tree<Node>(node);
+  }();
+  return defaults;
+}
+
+void ParseDataAccessFile(const std::string& path, const std::vector<std::string>& patterns) {
+  tree<Node> driver(Node("Ora"));
+  std::map<std::string, std::string> names;
+  try {
+    DsfXmlParser reader(FixedDefaults().root(), driver.root(), names, FixedSetup());
+    if (!patterns.empty()) reader.SetActiveDatabases(patterns);
+    reader.Parse(Poco::Path(path));
+  } catch (const QRError&) {
+  }
+  CountNodes(driver.root());
+  for (const auto& [alias, database] : names) {
+    // A "Defaults" element inside a database makes the defaults the node that the
+    // database's later aliases name.
+    bool found = database == "Defaults";
+    for (auto child = driver.root().ch_begin(); child != driver.root().ch_end(); ++child) {
+      found = found || (*child).value().Name() == database;
+    }
+    Check(found, "the name table maps \"" + alias + "\" to a database without a node");
+  }
+}
+
+// ---- value classification
+
+bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+std::string AsciiLower(std::string text) {
+  for (char& c : text) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
+  return text;
+}
+
+// ---- node paths
+
+// The tree the node-path target looks paths up in. Tree's constructor is for the manager
+// alone; a subclass reaches it.
+class FixedTree : public ConfigManagerTypes::Tree {
+ public:
+  FixedTree() : Tree("Quorin") {
+    TreeNode& drivers = *root().ch_push_back(Node("DBDrivers"));
+    TreeNode& ora = *drivers.ch_push_back(Node("Ora"));
+    ora.ch_push_back(Node("db1"));
+    ora.ch_push_back(Node(""));
+    (*drivers.ch_push_back(Node(""))).ch_push_back(Node("x"));
+    root().ch_push_back(Node("Traces"));
+    root().ch_push_back(Node("A\\B"));  // holds the separator: no path reaches it
+    root().ch_push_back(Node("\xC3\xA9"));
+    root().ch_push_back(Node("Ora"));
+  }
+};
+
+// ---- start-up
+
+// A copy of the sample installation, made once; the start-up target replaces one file.
+class SampleInstallation {
+ public:
+  static const SampleInstallation& Instance() {
+    static const SampleInstallation sample;
+    return sample;
+  }
+  std::string Dir() const { return m_Dir; }
+  std::string MainFile() const { return m_Dir + "/qr.cfg"; }
+  std::string DataFile() const { return m_Dir + "/drivers/oracle/oracle.dsf"; }
+  const std::string& MainText() const { return m_MainText; }
+  const std::string& DataText() const { return m_DataText; }
+
+ private:
+  SampleInstallation() : m_Dir(ScratchDir::Instance().Path("sample-config")) {
+    Poco::File(QR_SAMPLE_CONFIG_DIR).copyTo(m_Dir);
+    m_MainText = ReadFile(MainFile());
+    m_DataText = ReadFile(DataFile());
+    Check(!m_MainText.empty() && !m_DataText.empty(), "the sample installation is incomplete");
+  }
+
+  std::string m_Dir;
+  std::string m_MainText;
+  std::string m_DataText;
+};
+
+// Queries over whatever the start-up loaded, as a host would make them.
+void QueryLoadedManager() {
+  ConfigManager& manager = ConfigManager::Instance();
+  const ConfigManagerTypes::Tree copy(manager.GetTree());
+  Check(CountNodes(copy.root()) == CountNodes(manager.GetTree().root()), "tree copy differs");
+  const Quorin::LocaleDescriptor* english = nullptr;
+  try {
+    english = &manager.GetLocale("en", "");
+  } catch (const QRError&) {
+  }
+  for (const std::string& driver : manager.GetNativeDrivers()) {
+    try {
+      for (const auto& [name, database] : manager.GetDatabaseNames(driver)) {
+        Check(manager.ResolveDatabaseName(driver, name) == database, "database names disagree");
+        try {
+          manager.GetCharSetTableEntry(driver, database, "UTF-8");
+        } catch (const QRError&) {
+        }
+      }
+    } catch (const QRError&) {
+    }
+    if (english == nullptr) continue;
+    try {
+      manager.GetLocalizedDriver(driver, *english);
+    } catch (const QRError&) {
+    }
+  }
+}
+
+}  // namespace
+
+void Check(bool condition, const std::string& what) {
+  if (condition) return;
+  std::fprintf(stderr, "fuzz check failed: %s\n", what.c_str());
+  std::abort();
+}
+
+void RunMainFile(const std::uint8_t* data, std::size_t size) {
+  const std::string path = ScratchDir::Instance().Write("qr.cfg", Text(data, size));
+  ParseMainFile(path, Initialization::Library);
+  ParseMainFile(path, Initialization::Server);
+}
+
+void RunDriverList(const std::uint8_t* data, std::size_t size) {
+  const std::string path = ScratchDir::Instance().Write("driver.cfg", Text(data, size));
+  DrvXmlParser reader;
+  try {
+    reader.Parse(Poco::Path(path));
+  } catch (const QRError&) {
+    return;
+  }
+  for (const DriverEntry& entry : reader.Entries()) Check(!entry.Name.empty(), "unnamed driver");
+}
+
+void RunLocalizedFile(const std::uint8_t* data, std::size_t size) {
+  const std::string path = ScratchDir::Instance().Write("driveren.cfg", Text(data, size));
+  LocDrvXmlParser reader;
+  try {
+    reader.Parse(Poco::Path(path));
+  } catch (const QRError&) {
+    return;
+  }
+  for (const LocalizedEntry& entry : reader.Entries()) {
+    Check(!entry.ExternalName.empty(), "entry without an external name");
+  }
+}
+
+void RunSetupFile(const std::uint8_t* data, std::size_t size) {
+  const std::string path = ScratchDir::Instance().Write("fuzz.setup", Text(data, size));
+  SetupXmlParser reader;
+  for (int pass = 0; pass < 2; ++pass) {
+    try {
+      reader.Parse(Poco::Path(path));
+    } catch (const QRError&) {
+    }
+  }
+}
+
+void RunDataAccessFile(const std::uint8_t* data, std::size_t size) {
+  const std::string path = ScratchDir::Instance().Write("fuzz.dsf", Text(data, size));
+  ParseDataAccessFile(path, {});
+  ParseDataAccessFile(path, {"db[0-9]+", "ora.*", ""});
+}
+
+void RunParameterFile(const std::uint8_t* data, std::size_t size) {
+  const std::string path = ScratchDir::Instance().Write("fuzz.csl", Text(data, size));
+  try {
+    const SFile file(path, SFile::kRead | SFile::kClassify);
+    for (const auto& [sectionName, section] : file.Sections()) {
+      Check(file.FindSection(sectionName) == &section, "a section is not found by its name");
+      for (const auto& [key, parameter] : section) {
+        std::string text;
+        parameter.Value(text);
+        int number = 0;
+        bool flag = false;
+        try {
+          parameter.Value(number);
+          Check(parameter.Kind() == 2, "an integer from another kind");
+        } catch (const SFile::Exception& error) {
+          Check(error.Kind() == 3, "reading an integer failed with another kind");
+        }
+        try {
+          parameter.Value(flag);
+          Check(parameter.Kind() == 3, "a boolean from another kind");
+        } catch (const SFile::Exception& error) {
+          Check(error.Kind() == 3, "reading a boolean failed with another kind");
+        }
+      }
+      // The node constructor from a section types every parameter.
+      const Node node(sectionName, section);
+      Check(node.size() <= section.size(), "more fields than parameters");
+    }
+  } catch (const SFile::Exception& error) {
+    Check(error.Kind() >= 0 && error.Kind() <= 2, "SFile failed with kind 3 while reading");
+  }
+}
+
+void RunValueClassification(const std::uint8_t* data, std::size_t size) {
+  static XMLParser* const parser = new XMLParser();
+  const std::string text = Text(data, size);
+  bool isBoolean = false;
+  bool booleanValue = false;
+  bool isInteger = false;
+  std::int32_t integerValue = 12345;  // must stay unless the text is an integer
+  parser->ParseParameter(text, isBoolean, booleanValue, isInteger, integerValue);
+
+  const std::string lower = AsciiLower(text);
+  const bool isFalse = lower == "false" || lower == "n" || lower == "no";
+  const bool isTrue =
+      lower == "true" || lower == "y" || lower == "ye" || lower == "yes" || lower == "ys";
+  // An optional sign ('|' counts as '+') and one or more digits, within 32 bits.
+  std::size_t digits = 0;
+  bool negative = false;
+  if (!text.empty() && (text[0] == '+' || text[0] == '-' || text[0] == '|')) {
+    negative = text[0] == '-';
+    digits = 1;
+  }
+  bool integerText = digits < text.size();
+  std::int64_t magnitude = 0;
+  for (std::size_t i = digits; i < text.size() && integerText; ++i) {
+    integerText = IsDigit(text[i]);
+    if (integerText && magnitude <= (std::int64_t{1} << 32))
+      magnitude = magnitude * 10 + (text[i] - '0');
+  }
+  const std::int64_t value = negative ? -magnitude : magnitude;
+  const bool fits = integerText && value >= INT32_MIN && value <= INT32_MAX;
+
+  Check(isBoolean == (isFalse || isTrue), "boolean classification of \"" + text + "\"");
+  Check(!isBoolean || booleanValue == isTrue, "boolean value of \"" + text + "\"");
+  Check(isInteger == fits, "integer classification of \"" + text + "\"");
+  Check(integerValue == (fits ? value : 12345), "integer value of \"" + text + "\"");
+}
+
+void RunNodePath(const std::uint8_t* data, std::size_t size) {
+  static const FixedTree* const fixed = new FixedTree();
+  const std::string input = Text(data, size);
+  const std::size_t nul = input.find('\0');
+  const std::string text = input.substr(0, nul);
+
+  ConfigManagerTypes::NodePath path(text);
+  if (nul != std::string::npos) {
+    const std::string name = input.substr(nul + 1);
+    const ConfigManagerTypes::NodePath joined(text, name);
+    path += name;
+    Check(joined.text() == path.text(), "the two ways of appending a name disagree");
+    Check(joined.levels() == path.levels(), "appended paths differ in levels");
+  }
+
+  // The levels joined by the separator give the text back, less one leading separator.
+  const std::string& whole = path.text();
+  std::string rest = !whole.empty() && whole[0] == '\\' ? whole.substr(1) : whole;
+  std::string joinedLevels;
+  for (int level = 0; level < path.levels(); ++level) {
+    joinedLevels += (level == 0 ? "" : "\\") + path[level];
+  }
+  Check(joinedLevels == rest, "the levels do not make up the text");
+  Check((path.levels() == 0) == whole.empty(), "only the empty text has no level");
+  try {
+    path[path.levels()];
+    Check(false, "a level beyond the last was read");
+  } catch (const std::out_of_range&) {
+  }
+
+  try {
+    const TreeNode& found = fixed->Find(path);
+    const TreeNode* node = &found;
+    for (int level = path.levels() - 1; level >= 0; --level, node = node->parent()) {
+      Check(node != nullptr && node->value().Name() == path[level], "found the wrong node");
+    }
+    Check(node == nullptr, "the found node is not at the path's depth");
+  } catch (const QRError& error) {
+    if (path.levels() == 0) {
+      Check(error.Code() == QRErrorCode::EmptyNodePath && error.Argument().empty(), "code 4");
+    } else {
+      // The argument is the path's text as a C string: it ends at a NUL byte.
+      Check(error.Code() == QRErrorCode::NodeNotFound &&
+                error.Argument().str() == whole.substr(0, whole.find('\0')),
+            "code 5 with the path");
+    }
+  }
+}
+
+void RunStartup(const std::uint8_t* data, std::size_t size) {
+  if (size == 0) return;
+  const SampleInstallation& sample = SampleInstallation::Instance();
+  const bool dataFile = (data[0] & 1) != 0;
+  const auto mode = (data[0] & 2) != 0 ? Initialization::Server : Initialization::Library;
+  const std::string content = Text(data + 1, size - 1);
+  WriteFile(sample.MainFile(), dataFile ? sample.MainText() : content);
+  WriteFile(sample.DataFile(), dataFile ? content : sample.DataText());
+
+  Registry::ClearParameters();
+  Registry::SetParameter("Config Directory", sample.Dir());
+  try {
+    ConfigStartup::Initialize(mode);
+    QueryLoadedManager();
+  } catch (const QRError&) {
+  } catch (const Poco::FileException&) {
+    // The directory listings of the start-up let file-system errors through.
+  }
+  ConfigStartup::Destroy();
+  Check(!ConfigKeys::Exists(), "a key table outlived its manager");
+  Registry::ClearParameters();
+}
+
+const std::vector<Target>& Targets() {
+  static const std::vector<Target> targets = {
+      {"cfg_xml_parser", &RunMainFile},
+      {"drv_xml_parser", &RunDriverList},
+      {"loc_drv_xml_parser", &RunLocalizedFile},
+      {"setup_xml_parser", &RunSetupFile},
+      {"dsf_xml_parser", &RunDataAccessFile},
+      {"sfile", &RunParameterFile},
+      {"parse_parameter", &RunValueClassification},
+      {"node_path", &RunNodePath},
+      {"startup", &RunStartup},
+  };
+  return targets;
+}
+
+}  // namespace FuzzInputs

@@ -1,0 +1,333 @@
+#include "robustness/probe_installation.h"
+
+#include <Poco/File.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <stdexcept>
+
+namespace {
+
+const char* const kDb1 = "\\Quorin\\DBDrivers\\Ora\\db1";
+
+// Document templates: {P} is the probe, {X} the extra content; {D} the XML declaration.
+const char* Template(FileKind kind) {
+  switch (kind) {
+    case FileKind::Main:
+      return "{D}<Configuration>\n"
+             "  <Locale>\n    <Language>en</Language>\n    <CharSet>UTF-8</CharSet>\n"
+             "  </Locale>\n"
+             "  <Settings>\n"
+             "    <Parameter Name=\"Setup File Extension\">setup</Parameter>\n"
+             "    <Parameter Name=\"Config File Extension\">dsf</Parameter>\n"
+             "    <Parameter Name=\"Ignore Driver Load Failure\">No</Parameter>\n"
+             "    <Parameter Name=\"SQL External Extension\">sqx</Parameter>\n"
+             "    <Parameter Name=\"CharSet List Extension\">csl</Parameter>\n"
+             "    <Parameter Name=\"Probe\">{P}</Parameter>\n"
+             "  </Settings>\n{X}"
+             "</Configuration>\n";
+    case FileKind::DriverList:
+      return "{D}<DriverList>\n"
+             "  <NetworkLayer Name=\"Ora\" Implementation=\"C\">\n"
+             "    <Alias>{P}</Alias>\n"
+             "  </NetworkLayer>\n{X}"
+             "</DriverList>\n";
+    case FileKind::Setup:
+      return "{D}<Setup>\n"
+             "  <NetworkLayer Name=\"Ora\"/>\n"
+             "  <Directory>d/Ora</Directory>\n"
+             "  <DataFileName>Ora</DataFileName>\n"
+             "  <Version Type=\"SetupProbe\">{P}</Version>\n{X}"
+             "</Setup>\n";
+    case FileKind::DataAccess:
+      return "{D}<DataAccess>\n"
+             "  <Defaults>\n"
+             "    <Parameter Name=\"Unicode\">CharSet</Parameter>\n"
+             "    <Parameter Name=\"CharSet Table\">ora</Parameter>\n"
+             "  </Defaults>\n"
+             "  <DataBase Name=\"db1\" Active=\"Yes\">\n"
+             "    <Alias>D1</Alias>\n"
+             "    <Parameter Name=\"Probe\">{P}</Parameter>\n"
+             "  </DataBase>\n{X}"
+             "</DataAccess>\n";
+    case FileKind::Localized:
+      return "{D}<DriverTexts>\n"
+             "  <NetworkLayer Name=\"Ora\">\n"
+             "    <Message id=\"Name\">Oracle</Message>\n"
+             "    <Message id=\"Comment\">{P}</Message>\n"
+             "  </NetworkLayer>\n{X}"
+             "</DriverTexts>\n";
+    case FileKind::PlatformList:
+      return "[TestOS]\nUTF-8 = UTF-8\nProbe = {P}\n";
+    case FileKind::CharSetTable:
+      return "[CharSets]\nUTF-8 = AL32UTF8\nProbe = {P}\n";
+  }
+  throw std::logic_error("unknown file kind");
+}
+
+void ReplaceAll(std::string& text, const std::string& from, const std::string& to) {
+  for (std::size_t at = text.find(from); at != std::string::npos;
+       at = text.find(from, at + to.size())) {
+    text.replace(at, from.size(), to);
+  }
+}
+
+std::string Quoted(const std::string& text) {
+  return "'" + text + "'";
+}
+
+}  // namespace
+
+const char* KindName(FileKind kind) {
+  switch (kind) {
+    case FileKind::Main:
+      return "Main";
+    case FileKind::DriverList:
+      return "DriverList";
+    case FileKind::Setup:
+      return "Setup";
+    case FileKind::DataAccess:
+      return "DataAccess";
+    case FileKind::Localized:
+      return "Localized";
+    case FileKind::PlatformList:
+      return "PlatformList";
+    case FileKind::CharSetTable:
+      return "CharSetTable";
+  }
+  return "?";
+}
+
+bool IsXml(FileKind kind) {
+  return kind != FileKind::PlatformList && kind != FileKind::CharSetTable;
+}
+
+const std::vector<FileKind>& AllKinds() {
+  static const std::vector<FileKind> kinds = {
+      FileKind::Main,      FileKind::DriverList,   FileKind::Setup,       FileKind::DataAccess,
+      FileKind::Localized, FileKind::PlatformList, FileKind::CharSetTable};
+  return kinds;
+}
+
+Expect Loads(const std::string& probe) {
+  Expect expect;
+  expect.Type = Expect::Loads;
+  expect.Probe = probe;
+  return expect;
+}
+
+Expect ParseFails(std::int32_t code, Expect::Site site) {
+  Expect expect;
+  expect.Type = Expect::ParseFails;
+  expect.Code = code;
+  expect.FaultSite = site;
+  return expect;
+}
+
+Expect FileFails() {
+  Expect expect;
+  expect.Type = Expect::FileFails;
+  return expect;
+}
+
+std::string ExpectedOutcome(FileKind kind, Initialization::Mode mode, const Expect& expect) {
+  const bool server = mode == Initialization::Server;
+  const std::string db1Missing = std::string("ok 5 ") + kDb1;
+  switch (expect.Type) {
+    case Expect::Loads: {
+      const auto other = expect.ProbeOf.find(kind);
+      return "ok " + (other == expect.ProbeOf.end() ? expect.Probe : other->second);
+    }
+    case Expect::FileFails:
+      return kind == FileKind::PlatformList ? "10" : "ok 262 Ora";
+    case Expect::ParseFails:
+      break;
+  }
+  const std::string fileError =
+      std::to_string(264 + expect.Code - 45) + " @/" + ProbeInstallation::Relative(kind);
+  switch (kind) {
+    case FileKind::Setup:
+      return server ? db1Missing : fileError;
+    case FileKind::DataAccess:
+      if (!server) return "10";
+      switch (expect.FaultSite) {
+        case Expect::InProlog:
+          return db1Missing;
+        case Expect::InProbe:
+          return "ok 261 Probe";
+        case Expect::AtEnd:
+          return std::string("ok '") + kBaselinePayload + "'";
+      }
+      return "?";
+    case FileKind::Localized:
+      return "ok " + fileError;
+    default:
+      return fileError;
+  }
+}
+
+const char* ProbeInstallation::Relative(FileKind kind) {
+  switch (kind) {
+    case FileKind::Main:
+      return "qr.cfg";
+    case FileKind::DriverList:
+      return "driver.cfg";
+    case FileKind::Setup:
+      return "setup/ora.setup";
+    case FileKind::DataAccess:
+      return "d/Ora/Ora.dsf";
+    case FileKind::Localized:
+      return "driveren.cfg";
+    case FileKind::PlatformList:
+      return "platform.csl";
+    case FileKind::CharSetTable:
+      return "d/Ora/ora.csl";
+  }
+  return "";
+}
+
+std::string ProbeInstallation::Document(FileKind kind, const std::string& payload,
+                                        const std::string& prolog, const std::string& extra) {
+  std::string text = Template(kind);
+  // The payload goes in last, so that its own text is never taken for a placeholder.
+  ReplaceAll(text, "{D}", prolog);
+  ReplaceAll(text, "{X}", extra);
+  const std::size_t at = text.find("{P}");
+  text.replace(at, 3, payload);
+  return text;
+}
+
+void ProbeInstallation::Write(FileKind kind, const std::string& bytes) const {
+  // A link is removed itself (even a dangling one), so that nothing is written through it.
+  const std::string path = Path(kind);
+  struct stat status {};
+  if (::lstat(path.c_str(), &status) == 0) {
+    if (S_ISLNK(status.st_mode)) {
+      ::unlink(path.c_str());
+    } else {
+      Poco::File(path).remove(true);
+    }
+  }
+  m_Install.Write(Relative(kind), bytes);
+}
+
+void ProbeInstallation::WriteEdited(FileKind kind, const std::string& from,
+                                    const std::string& to) const {
+  std::string text = Document(kind, kBaselinePayload);
+  const std::size_t at = text.find(from);
+  if (at == std::string::npos) throw std::logic_error("no \"" + from + "\" in " + Relative(kind));
+  text.replace(at, from.size(), to);
+  Write(kind, text);
+}
+
+void ProbeInstallation::WriteBaseline() const {
+  for (FileKind kind : AllKinds()) WriteDocument(kind, kBaselinePayload);
+}
+
+std::string ProbeInstallation::Outcome(FileKind kind, Initialization::Mode mode) const {
+  std::string outcome;
+  try {
+    ConfigStartup::Initialize(mode);
+    outcome = "ok " + Probe(kind);
+  } catch (const QRError& error) {
+    outcome = Render(error);
+  }
+  ConfigStartup::Destroy();
+  return outcome;
+}
+
+std::string ProbeInstallation::Probe(FileKind kind) const {
+  ConfigManager& manager = ConfigManager::Instance();
+  auto fieldOf = [&](const std::string& path, const std::string& name) {
+    return RenderValue(manager.GetTree().Find(ConfigManager::NodePath(path)).value().Find(name));
+  };
+  try {
+    switch (kind) {
+      case FileKind::Main:
+        return fieldOf("\\Quorin\\DBDrivers", "Probe");
+      case FileKind::DriverList: {
+        std::string aliases;
+        for (const auto& [name, driver] : manager.GetDriverNames()) {
+          if (driver == "Ora" && name != "Ora")
+            aliases += (aliases.empty() ? "" : " ") + Quoted(name);
+        }
+        return aliases.empty() ? "no alias" : aliases;
+      }
+      case FileKind::Setup:
+        return fieldOf(kDb1, "SetupProbe");
+      case FileKind::DataAccess:
+        return fieldOf(kDb1, "Probe");
+      case FileKind::Localized: {
+        const Quorin::LocaleDescriptor& english = manager.GetLocale("en", "");
+        return RenderValue(manager.GetLocalizedDriver("Ora", english).value().Find("Comment"));
+      }
+      case FileKind::PlatformList:
+        return Quoted(manager.GetPlatformCharSet("Probe"));
+      case FileKind::CharSetTable:
+        return Quoted(manager.GetCharSetTableEntry("Ora", "db1", "Probe"));
+    }
+  } catch (const QRError& error) {
+    return Render(error);
+  }
+  return "?";
+}
+
+std::string ProbeInstallation::Render(const QRError& error) const {
+  std::string argument = error.Argument().str();
+  ReplaceAll(argument, m_Install.Dir(), "@");
+  return std::to_string(error.Code()) + (argument.empty() ? "" : " " + argument);
+}
+
+std::string RenderValue(const ConfigManager::Field& field) {
+  switch (field.ValueType()) {
+    case ConfigManager::Field::String: {
+      std::string text;
+      field.Value(text);
+      return Quoted(text);
+    }
+    case ConfigManager::Field::UTF8String: {
+      orv_utf8string text;
+      field.Value(text);
+      return Quoted(text.str());
+    }
+    case ConfigManager::Field::Long: {
+      std::int32_t value = 0;
+      field.Value(value);
+      return std::to_string(value);
+    }
+    case ConfigManager::Field::Bool: {
+      bool value = false;
+      field.Value(value);
+      return value ? "true" : "false";
+    }
+    case ConfigManager::Field::None:
+      break;
+  }
+  return "none";
+}
+
+std::string ToUtf16(const std::string& utf8, bool bigEndian, bool byteOrderMark) {
+  std::string bytes;
+  auto put = [&](unsigned unit) {
+    const char high = static_cast<char>(unit >> 8);
+    const char low = static_cast<char>(unit & 0xFF);
+    bytes += bigEndian ? high : low;
+    bytes += bigEndian ? low : high;
+  };
+  if (byteOrderMark) put(0xFEFF);
+  const ucs2string units{orv_utf8string(utf8)};
+  for (std::size_t i = 0; i < units.size(); ++i) put(units.data()[i]);
+  return bytes;
+}
+
+std::string Nest(int count, const std::string& name, const std::string& inner,
+                 const std::string& attributes) {
+  std::string open = "<" + name + attributes + ">";
+  std::string close = "</" + name + ">";
+  std::string text;
+  text.reserve(static_cast<std::size_t>(count) * (open.size() + close.size()) + inner.size());
+  for (int i = 0; i < count; ++i) text += open;
+  text += inner;
+  for (int i = 0; i < count; ++i) text += close;
+  return text;
+}

@@ -1,0 +1,253 @@
+// Values and names as the files can write them: integers at and beyond 32 bits, values of
+// the wrong type where a loader reads them, very long names and values, names holding the
+// node-path separator and non-ASCII text.
+#include <gtest/gtest.h>
+
+#include <Poco/File.h>
+
+#include "robustness/probe_installation.h"
+#include "support/manager_fixture.h"
+
+namespace {
+
+class ValuesTest : public ManagerTest {
+ protected:
+  ValuesTest() { m_Files.WriteBaseline(); }
+  ProbeInstallation m_Files{m_Install};
+};
+
+// A value is typed by its whole text; integers must fit 32 bits, anything else stays text.
+TEST_F(ValuesTest, IntegerTextsBeyond32BitsStayText) {
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {"2147483647", "2147483647"},
+      {"-2147483648", "-2147483648"},
+      {"+2147483647", "2147483647"},
+      {"|2147483647", "2147483647"},
+      {"00000000000000000000002147483647", "2147483647"},
+      {"-0", "0"},
+      {"2147483648", "'2147483648'"},
+      {"-2147483649", "'-2147483649'"},
+      {"4294967296", "'4294967296'"},
+      {"18446744073709551617", "'18446744073709551617'"},
+      {"99999999999999999999999999999999999999", "'99999999999999999999999999999999999999'"},
+      {"1e3", "'1e3'"},
+      {"0x10", "'0x10'"},
+      {" 5", "' 5'"},
+      {"--5", "'--5'"},
+  };
+  for (FileKind kind : {FileKind::Main, FileKind::DataAccess}) {
+    for (const auto& [text, probe] : cases) {
+      SCOPED_TRACE(std::string(KindName(kind)) + " " + text);
+      m_Files.WriteDocument(kind, text);
+      EXPECT_EQ(m_Files.Outcome(kind, Initialization::Library), "ok " + probe);
+    }
+    m_Files.WriteDocument(kind, kBaselinePayload);
+  }
+}
+
+struct WrongType {
+  const char* Name;
+  std::function<void(const ProbeInstallation&)> Change;
+  FileKind Probe;
+  std::string Library;  // the outcome in each mode
+  std::string Server;
+};
+
+void PrintTo(const WrongType& c, std::ostream* out) {
+  *out << c.Name;
+}
+
+std::string Parameter(const std::string& name, const std::string& value) {
+  return "<Parameter Name=\"" + name + "\">" + value + "</Parameter>";
+}
+
+// db1's probe, then one more parameter of db1.
+std::string AndThen(const std::string& name, const std::string& value) {
+  return std::string(kBaselinePayload) + "</Parameter>" + Parameter(name, value) +
+         "<Parameter Name=\"Tail\">";
+}
+
+const std::string kDb1Missing = "ok 5 \\Quorin\\DBDrivers\\Ora\\db1";
+
+class WrongTypeTest : public ValuesTest, public testing::WithParamInterface<WrongType> {};
+
+TEST_P(WrongTypeTest, WhereTheValueIsRead) {
+  const WrongType& c = GetParam();
+  c.Change(m_Files);
+  EXPECT_EQ(m_Files.Outcome(c.Probe, Initialization::Library), c.Library);
+  EXPECT_EQ(m_Files.Outcome(c.Probe, Initialization::Server), c.Server);
+}
+
+const std::vector<WrongType> kWrongTypes = {
+    // Main file: the loaders read the driver-area settings as texts or as a boolean.
+    {"ConfigFileExtensionIsABoolean",
+     [](const ProbeInstallation& f) { f.WriteEdited(FileKind::Main, ">dsf<", ">Yes<"); },
+     FileKind::DataAccess, "10", kDb1Missing},
+    {"CharSetListExtensionIsAnInteger",
+     [](const ProbeInstallation& f) { f.WriteEdited(FileKind::Main, ">csl<", ">5<"); },
+     FileKind::Main, "10", "10"},
+    {"SqlExternalExtensionIsAnInteger",
+     [](const ProbeInstallation& f) {
+       f.WriteEdited(FileKind::Main, ">sqx<", ">7<");
+       f.WriteDocument(FileKind::DataAccess, AndThen("Extensions", "x"));
+       f.Install().MakeDir("d/Ora/extensions/pack");
+     },
+     FileKind::DataAccess, "10", "10"},
+    {"IgnoreFlagIsAText",
+     [](const ProbeInstallation& f) {
+       f.WriteEdited(FileKind::Main, Parameter("Ignore Driver Load Failure", "No"),
+                     Parameter("Ignore Driver Load Failure", "maybe"));
+     },
+     FileKind::Main, "10", "ok 'v1'"},
+    {"DriverDefaultsLibraryNameIsAnInteger",
+     [](const ProbeInstallation& f) {
+       f.WriteDocument(FileKind::Main, kBaselinePayload, kXmlDeclaration,
+                       "<DriverDefaults>" + Parameter("Library Name", "5") + "</DriverDefaults>");
+     },
+     FileKind::DataAccess, "10", kDb1Missing},
+    // Data-access file: a value updates the existing field of its name, of the same type.
+    {"ParameterOnTheTextDirectory",
+     [](const ProbeInstallation& f) {
+       f.WriteDocument(FileKind::DataAccess, AndThen("Directory", "5"));
+     },
+     FileKind::DataAccess, "10", "ok 'v1'"},
+    {"LibraryOnAnIntegerLibrary",
+     [](const ProbeInstallation& f) {
+       f.WriteDocument(FileKind::DataAccess, AndThen("Library", "5") +
+                                                 "x</Parameter><Library>lib.so</Library>" +
+                                                 "<Parameter Name=\"End\">");
+     },
+     FileKind::DataAccess, "10", "ok 'v1'"},
+    {"ExtensionsIsAnInteger",
+     [](const ProbeInstallation& f) {
+       f.WriteDocument(FileKind::DataAccess, AndThen("Extensions", "5"));
+       f.Install().MakeDir("d/Ora/extensions/pack");
+     },
+     FileKind::DataAccess, "ok 'v1'", "ok 'v1'"},
+    // Character-set tables: an unreadable "Unicode" counts as "CharSet"; an unreadable table
+    // name means no table.
+    {"UnicodeIsAnInteger",
+     [](const ProbeInstallation& f) { f.WriteEdited(FileKind::DataAccess, ">CharSet<", ">5<"); },
+     FileKind::CharSetTable, "ok 'v1'", "ok 'v1'"},
+    {"CharSetTableIsAnInteger",
+     [](const ProbeInstallation& f) { f.WriteEdited(FileKind::DataAccess, ">ora<", ">5<"); },
+     FileKind::CharSetTable, "ok 262 Ora", "ok 262 Ora"},
+};
+
+INSTANTIATE_TEST_SUITE_P(Loaders, WrongTypeTest, testing::ValuesIn(kWrongTypes),
+                         [](const testing::TestParamInfo<WrongType>& info) {
+                           return std::string(info.param.Name);
+                         });
+
+// One set of names written into the driver list, the setup, data-access and localised files
+// and the main file.
+struct Names {
+  const char* Label;
+  std::string Driver, Alias, Database, DatabaseAlias, Parameter, Value, Text;
+};
+
+void PrintTo(const Names& names, std::ostream* out) {
+  *out << names.Label;
+}
+
+class NamesTest : public ValuesTest, public testing::WithParamInterface<Names> {
+ protected:
+  void WriteNames(const Names& n) {
+    const std::string header = kXmlDeclaration;
+    m_Install.Write("driver.cfg", header + "<DriverList><NetworkLayer Name=\"" + n.Driver +
+                                      "\" Implementation=\"C\">\n<Alias>" + n.Alias +
+                                      "</Alias>\n</NetworkLayer></DriverList>\n");
+    m_Install.Write("setup/ora.setup",
+                    header + "<Setup><NetworkLayer Name=\"" + n.Driver +
+                        "\"/>\n<Directory>d/Ora</Directory>\n<DataFileName>Ora</DataFileName>\n"
+                        "</Setup>\n");
+    m_Install.Write("d/Ora/Ora.dsf",
+                    header + "<DataAccess><Defaults>" + Parameter("CharSet Table", "ora") +
+                        "</Defaults>\n<DataBase Name=\"" + n.Database +
+                        "\" Active=\"Yes\">\n<Alias>" + n.DatabaseAlias + "</Alias>\n" +
+                        Parameter(n.Parameter, n.Value) + "\n</DataBase></DataAccess>\n");
+    m_Install.Write("driveren.cfg", header + "<DriverTexts><NetworkLayer Name=\"" + n.Driver +
+                                        "\">\n<Message id=\"Name\">" + n.Text +
+                                        "</Message>\n</NetworkLayer></DriverTexts>\n");
+    m_Files.WriteDocument(FileKind::Main, kBaselinePayload, kXmlDeclaration,
+                          "<Settings>" + Parameter(n.Parameter, n.Value) + "</Settings>\n");
+  }
+};
+
+std::string TextOf(const ConfigManager::Field& field) {
+  std::string text;
+  field.Value(text);
+  return text;
+}
+
+TEST_P(NamesTest, LoadAndResolve) {
+  const Names& n = GetParam();
+  WriteNames(n);
+  ConfigManager& manager = Init(Initialization::Library);
+
+  EXPECT_EQ(manager.ResolveDriverName(n.Alias), n.Driver);
+  EXPECT_EQ(manager.ResolveDatabaseName(n.Driver, n.DatabaseAlias), n.Database);
+  EXPECT_EQ(manager.GetCharSetTableEntry(n.Driver, n.Database, "UTF-8"), "AL32UTF8");
+  EXPECT_EQ(TextOf(manager.GetTree().Find(manager.DBDrivers()).value().Find(n.Parameter)), n.Value);
+  EXPECT_EQ(Children("\\Quorin\\DBDrivers"), std::vector<std::string>{n.Driver});
+  EXPECT_EQ(Children("\\Quorin\\Localization"), std::vector<std::string>{n.Driver});
+  const tree_node<ConfigManager::Node>& driver =
+      *manager.GetTree().Find(manager.DBDrivers()).ch_begin();
+  ASSERT_EQ(driver.ch_size(), 1u);
+  EXPECT_EQ(TextOf((*driver.ch_begin()).value().Find(n.Parameter)), n.Value);
+
+  // A name holding the separator adds levels to a node path: such a node cannot be found by
+  // path, and its localised texts cannot be asked for.
+  const ConfigManager::NodePath path(
+      static_cast<const char*>(ConfigManager::NodePath(manager.DBDrivers().text(), n.Driver)),
+      n.Database);
+  const Quorin::LocaleDescriptor& english = manager.GetLocale("en", "");
+  if (n.Driver.find('\\') != std::string::npos) {
+    QRError notFound = CatchQRError([&] { manager.GetTree().Find(path); });
+    EXPECT_EQ(notFound.Code(), 5);
+    EXPECT_EQ(notFound.Argument().str(), path.text());
+    QRError unknown = CatchQRError([&] { manager.GetLocalizedDriver(n.Driver, english); });
+    EXPECT_EQ(unknown.Code(), 22);
+    EXPECT_EQ(unknown.Argument().str(), n.Driver);
+  } else {
+    EXPECT_EQ(manager.GetTree().Find(path).value().Name(), n.Database);
+    orv_utf8string text;
+    manager.GetLocalizedDriver(n.Driver, english).value().Find("External Name").Value(text);
+    EXPECT_EQ(text.str(), n.Text);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Sets, NamesTest,
+    testing::Values(Names{"Separators", "Or\\a", "O\\1", "db\\1", "D\\1", "P\\1", "v\\1", "t\\1"},
+                    Names{"NonAscii", "\xC3\x96ra", "\xD0\x9E\xD1\x80\xD0\xB0\xD0\xBA\xD0\xBB",
+                          "\xE6\x95\xB0\xE6\x8D\xAE\xE5\xBA\x93",
+                          "\xCE\xB4"
+                          "b",
+                          "Gr\xC3\xB6\xC3\x9F"
+                          "e",
+                          "\xE2\x82\xAC 5",
+                          "\xC3\x9Cn\xC3\xAF"
+                          "c\xC3\xB6"
+                          "d\xC3\xA9 \xF0\x9F\x98\x80"},
+                    Names{"Megabyte", std::string(1 << 20, 'D'), std::string(1 << 20, 'A'),
+                          std::string(1 << 20, 'B'), std::string(1 << 20, 'C'),
+                          std::string(1 << 20, 'N'), std::string(1 << 20, 'V'),
+                          std::string(1 << 20, 'T')}),
+    [](const testing::TestParamInfo<Names>& info) { return std::string(info.param.Label); });
+
+// A parameter-file line may hold SFile::kMaxLineBytes bytes; a longer one makes the file
+// malformed: the table is dropped, the platform list ends the start-up.
+TEST_F(ValuesTest, ParameterFileLinesUpToTheLimit) {
+  const std::size_t limit = SFile::kMaxLineBytes;
+  const std::string longest = "Probe = " + std::string(limit - 8, 'x');
+  m_Files.Write(FileKind::CharSetTable, "[CharSets]\n" + longest + "\n");
+  EXPECT_EQ(m_Files.Outcome(FileKind::CharSetTable, Initialization::Library),
+            "ok '" + std::string(limit - 8, 'x') + "'");
+  m_Files.Write(FileKind::CharSetTable, "[CharSets]\n" + longest + "x\n");
+  EXPECT_EQ(m_Files.Outcome(FileKind::CharSetTable, Initialization::Library), "ok 262 Ora");
+  m_Files.Write(FileKind::PlatformList, "[TestOS]\nUTF-8 = UTF-8\n" + longest + "x\n");
+  EXPECT_EQ(m_Files.Outcome(FileKind::PlatformList, Initialization::Library), "10");
+}
+
+}  // namespace
