@@ -41,7 +41,13 @@ struct ParserDeleter {
 };
 using ParserHandle = std::unique_ptr<XML_ParserStruct, ParserDeleter>;
 
-constexpr std::size_t kMaxChunk = INT_MAX;
+// The longest chunk of text: a longer line is delivered in several chunks, so that memory
+// stays bounded by the block size, not by the longest line of a file.
+constexpr std::size_t kMaxChunk = std::size_t{1} << 16;
+
+bool IsHighSurrogate(ucs2char unit) {
+  return unit >= 0xD800 && unit <= 0xDBFF;
+}
 
 bool IsLineBreak(ucs2char unit) {
   return unit == '\n' || unit == '\r';
@@ -213,13 +219,23 @@ void OrvXmlParser::AppendText(const ucs2char* text, int length) {
   const ucs2char* end = text + length;
   while (text != end) {
     const ucs2char* lineBreak = std::find_if(text, end, IsLineBreak);
-    std::size_t count = static_cast<std::size_t>(lineBreak - text);
-    if (m_Text.size() + count > kMaxChunk) FlushText();
-    m_Text.append(text, count);
+    AppendLinePart(text, lineBreak);
     if (lineBreak == end) return;
     FlushText();
     CharacterDataHandler(lineBreak, 1);
     text = lineBreak + 1;
+  }
+}
+
+void OrvXmlParser::AppendLinePart(const ucs2char* text, const ucs2char* end) {
+  while (text != end) {
+    const std::size_t left = static_cast<std::size_t>(end - text);
+    std::size_t take = std::min(kMaxChunk - m_Text.size(), left);
+    // A surrogate pair never straddles two chunks.
+    if (take < left && take > 0 && IsHighSurrogate(text[take - 1])) --take;
+    m_Text.append(text, take);
+    text += take;
+    if (text != end) FlushText();
   }
 }
 

@@ -15,7 +15,9 @@
 //    references resolved and CDATA sections joined to the text around them, is one chunk.
 //    Any other event (start or end tag, processing instruction, comment, markup given to
 //    DefaultHandler) also ends the pending chunk first. "Tom &amp; Jerry" on one line is one
-//    chunk; "a", line feed, "b" is three. A line longer than INT_MAX code units is split.
+//    chunk; "a", line feed, "b" is three. A line longer than 65,536 code units comes in several
+//    chunks of at most that many units (a surrogate pair is never split), so memory stays
+//    bounded by the block size whatever the length of a line.
 //  - No external entity and no external DTD is ever loaded; a reference to an external entity
 //    delivers nothing. Expat's protection against entity amplification stays on (code 48).
 //    Depth is not limited: Expat is iterative and so is this class.
@@ -108,6 +110,7 @@ class OrvXmlParser {
   struct Callbacks;  // Expat's C callbacks (orv_xml_parser.cc)
 
   void AppendText(const ucs2char* text, int length);
+  void AppendLinePart(const ucs2char* text, const ucs2char* end);
   void FlushText();
   [[noreturn]] void Fail(std::int32_t code, unsigned long line, unsigned long column,
                          std::string message);

@@ -91,6 +91,17 @@ TEST(OrvXmlParserTest, ChunksDoNotDependOnBlockBoundaries) {
   }
 }
 
+TEST(OrvXmlParserTest, OverlongLinesComeInBoundedChunksThatKeepSurrogatePairs) {
+  // 65,535 units, then a pair that would straddle the 65,536-unit bound, then more text.
+  const std::string line = std::string(65535, 'a') + "\xF0\x9F\x98\x80" + std::string(70000, 'b');
+  TempDir dir;
+  Recorder recorder;
+  recorder.ParseFile(dir.Write("long.xml", "<a>" + line + "</a>"));
+  EXPECT_EQ("<a>|" + std::string(65535, 'a') + "|\xF0\x9F\x98\x80" + std::string(65534, 'b') + "|" +
+                std::string(4466, 'b') + "|</a>|",
+            recorder.Events);
+}
+
 TEST(OrvXmlParserTest, FailuresCarryTheirCodePathAndPosition) {
   std::string bomb = "<!DOCTYPE l [<!ENTITY a0 '" + std::string(100, 'a') + "'>";
   for (int i = 1; i < 9; ++i) {

@@ -99,7 +99,7 @@ INSTANTIATE_TEST_SUITE_P(Kinds, LargeFileKindTest, testing::ValuesIn(AllKinds())
 // data (OrvXmlParser::AppendText keeps a whole line as one chunk, in UTF-16, even inside
 // elements that no reader looks at): one line of 200 MB raises the peak by about 514 MB.
 // Run with --gtest_also_run_disabled_tests.
-TEST_F(LargeFileTest, DISABLED_OneLongLineLoadsWithBoundedMemory) {
+TEST_F(LargeFileTest, OneLongLineLoadsWithBoundedMemory) {
   m_Files.WriteBaseline();
   WriteLarge(FileKind::Main, std::string(1000, 'x'), "<Ignored>", "</Ignored>");
   const double growth = LoadingGrowthMb(FileKind::Main);
