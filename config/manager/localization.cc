@@ -10,6 +10,19 @@
 #include "platform/process.h"
 #include "platform/unicode_manager.h"
 
+namespace {
+
+// The first child of `parent` named exactly `name`, or null.
+tree_node<ConfigManager::Node>* FindChild(tree_node<ConfigManager::Node>& parent,
+                                          const std::string& name) {
+  for (auto child = parent.ch_begin(); child != parent.ch_end(); ++child) {
+    if ((*child).value().Name() == name) return &*child;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
 const Quorin::LocaleDescriptor& ConfigManagerImpl::GetLocale(const std::string& language,
                                                              const std::string& country) {
   const std::string id = orv_locale::makeLocaleId(language, country);
@@ -43,30 +56,24 @@ std::string& ConfigManagerImpl::LocalizeFileName(const Quorin::LocaleDescriptor&
 
 tree_node<ConfigManager::Node>& ConfigManagerImpl::GetLocalizedDriver(
     const std::string& driver, const Quorin::LocaleDescriptor& locale) {
-  NodePath localized(Localization());
+  // A request for a loaded locale builds no path and allocates nothing: the driver's node
+  // below Localization is fixed after start-up and found without a lock; its locale children
+  // are appended under the write lock and looked up under the read lock.
+  tree_node<Node>* driverNode = nullptr;
   try {
-    localized += driver;
-    localized = NodePath(static_cast<const char*>(localized));
-    m_Tree.Find(localized);
+    driverNode = FindChild(m_Tree.Find(Localization()), driver);
   } catch (...) {
-    ThrowQRError(QRErrorCode::UnknownDriver, driver);
   }
+  if (driverNode == nullptr) ThrowQRError(QRErrorCode::UnknownDriver, driver);
   const std::string localeId = orv_locale::makeLocaleId(locale.Language(), locale.Country());
-  localized += localeId;
 
   {
     Poco::ScopedReadRWLock lock(m_TreeLock);
-    try {
-      return m_Tree.Find(localized);
-    } catch (const QRError&) {
-    }
+    if (tree_node<Node>* loaded = FindChild(*driverNode, localeId)) return *loaded;
   }
 
   Poco::ScopedWriteRWLock lock(m_TreeLock);
-  try {
-    return m_Tree.Find(localized);
-  } catch (const QRError&) {
-  }
+  if (tree_node<Node>* loaded = FindChild(*driverNode, localeId)) return *loaded;
 
   const ConfigKeys& keys = ConfigKeys::Instance();
   std::string fileName = JoinNative(ConfigDirectory(), keys.LocalizedDriverFile);
@@ -84,26 +91,17 @@ tree_node<ConfigManager::Node>& ConfigManagerImpl::GetLocalizedDriver(
   tree_node<Node>& localizationNode = m_Tree.Find(Localization());
   for (const LocalizedEntry& entry : reader.Entries()) {
     try {
-      tree_node<Node>* driverNode = nullptr;
-      for (auto it = localizationNode.ch_begin(); it != localizationNode.ch_end(); ++it) {
-        if ((*it).value().Name() == entry.Key) {
-          driverNode = &*it;
-          break;
-        }
-      }
-      if (driverNode == nullptr) continue;
+      tree_node<Node>* entryDriver = FindChild(localizationNode, entry.Key);
+      if (entryDriver == nullptr) continue;
       Node node(localeId);
       node.push_back(Field(keys.ExternalName, entry.ExternalName));
       node.push_back(Field(keys.Comment, entry.Comment));
-      driverNode->ch_push_back(node);
+      entryDriver->ch_push_back(node);
     } catch (...) {
       // A record that cannot be filed is skipped; the others still load.
     }
   }
 
-  try {
-    return m_Tree.Find(localized);
-  } catch (...) {
-    ThrowQRError(QRErrorCode::LocalizedNodeMissing);
-  }
+  if (tree_node<Node>* loaded = FindChild(*driverNode, localeId)) return *loaded;
+  ThrowQRError(QRErrorCode::LocalizedNodeMissing);
 }
