@@ -41,9 +41,7 @@ struct ParserDeleter {
 };
 using ParserHandle = std::unique_ptr<XML_ParserStruct, ParserDeleter>;
 
-// The longest chunk of text: a longer line is delivered in several chunks, so that memory
-// stays bounded by the block size, not by the longest line of a file.
-constexpr std::size_t kMaxChunk = std::size_t{1} << 16;
+constexpr std::size_t kMaxChunk = OrvXmlParser::kMaxChunkUnits;
 
 bool IsHighSurrogate(ucs2char unit) {
   return unit >= 0xD800 && unit <= 0xDBFF;

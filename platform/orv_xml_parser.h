@@ -15,9 +15,9 @@
 //    references resolved and CDATA sections joined to the text around them, is one chunk.
 //    Any other event (start or end tag, processing instruction, comment, markup given to
 //    DefaultHandler) also ends the pending chunk first. "Tom &amp; Jerry" on one line is one
-//    chunk; "a", line feed, "b" is three. A line longer than 65,536 code units comes in several
-//    chunks of at most that many units (a surrogate pair is never split), so memory stays
-//    bounded by the block size whatever the length of a line.
+//    chunk; "a", line feed, "b" is three. A line longer than kMaxChunkUnits (4 Mi) code units
+//    comes in several chunks of at most that many units (a surrogate pair is never split), so
+//    memory stays bounded whatever the length of a line.
 //  - No external entity and no external DTD is ever loaded; a reference to an external entity
 //    delivers nothing. Expat's protection against entity amplification stays on (code 48).
 //    Depth is not limited: Expat is iterative and so is this class.
@@ -40,6 +40,7 @@
 // One object parses one file at a time on one thread; nothing in it is locked.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <exception>
 #include <string>
@@ -68,6 +69,9 @@ struct XmlDiagnostic {
 
 class OrvXmlParser {
  public:
+  // The longest chunk of text the handlers receive, in UTF-16 code units.
+  static constexpr std::size_t kMaxChunkUnits = std::size_t{1} << 22;
+
   // Size of the blocks ParseFile reads.
   static constexpr int kBlockSize = 64 * 1024;
 

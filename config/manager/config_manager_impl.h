@@ -87,6 +87,11 @@ class ConfigManagerImpl : public ConfigManager {
   void ScanExtensions(tree_node<Node>& database);
   void BuildCharSetTables(const std::string& configDirectory, tree_node<Node>& dbDrivers);
 
+  // The node "\Quorin\Localization\<driver>", or its child named `*localeId`, as a node
+  // path made of those names designates it; null when there is none. Names without the path
+  // separator (all real ones) are matched level by level in place, allocating nothing.
+  tree_node<Node>* FindLocalized(const std::string& driver, const std::string* localeId);
+
   // The "Config Directory" text of the root node (QRError 261 or 1 when missing or mistyped).
   std::string ConfigDirectory() const;
 

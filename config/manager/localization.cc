@@ -56,24 +56,20 @@ std::string& ConfigManagerImpl::LocalizeFileName(const Quorin::LocaleDescriptor&
 
 tree_node<ConfigManager::Node>& ConfigManagerImpl::GetLocalizedDriver(
     const std::string& driver, const Quorin::LocaleDescriptor& locale) {
-  // A request for a loaded locale builds no path and allocates nothing: the driver's node
-  // below Localization is fixed after start-up and found without a lock; its locale children
-  // are appended under the write lock and looked up under the read lock.
-  tree_node<Node>* driverNode = nullptr;
   try {
-    driverNode = FindChild(m_Tree.Find(Localization()), driver);
+    if (FindLocalized(driver, nullptr) == nullptr) ThrowQRError(QRErrorCode::UnknownDriver, driver);
   } catch (...) {
+    ThrowQRError(QRErrorCode::UnknownDriver, driver);
   }
-  if (driverNode == nullptr) ThrowQRError(QRErrorCode::UnknownDriver, driver);
   const std::string localeId = orv_locale::makeLocaleId(locale.Language(), locale.Country());
 
   {
     Poco::ScopedReadRWLock lock(m_TreeLock);
-    if (tree_node<Node>* loaded = FindChild(*driverNode, localeId)) return *loaded;
+    if (tree_node<Node>* loaded = FindLocalized(driver, &localeId)) return *loaded;
   }
 
   Poco::ScopedWriteRWLock lock(m_TreeLock);
-  if (tree_node<Node>* loaded = FindChild(*driverNode, localeId)) return *loaded;
+  if (tree_node<Node>* loaded = FindLocalized(driver, &localeId)) return *loaded;
 
   const ConfigKeys& keys = ConfigKeys::Instance();
   std::string fileName = JoinNative(ConfigDirectory(), keys.LocalizedDriverFile);
@@ -88,10 +84,9 @@ tree_node<ConfigManager::Node>& ConfigManagerImpl::GetLocalizedDriver(
   LocDrvXmlParser reader;
   reader.Parse(Poco::Path(fileName));
 
-  tree_node<Node>& localizationNode = m_Tree.Find(Localization());
   for (const LocalizedEntry& entry : reader.Entries()) {
     try {
-      tree_node<Node>* entryDriver = FindChild(localizationNode, entry.Key);
+      tree_node<Node>* entryDriver = FindLocalized(entry.Key, nullptr);
       if (entryDriver == nullptr) continue;
       Node node(localeId);
       node.push_back(Field(keys.ExternalName, entry.ExternalName));
@@ -102,6 +97,31 @@ tree_node<ConfigManager::Node>& ConfigManagerImpl::GetLocalizedDriver(
     }
   }
 
-  if (tree_node<Node>* loaded = FindChild(*driverNode, localeId)) return *loaded;
+  try {
+    if (tree_node<Node>* loaded = FindLocalized(driver, &localeId)) return *loaded;
+  } catch (...) {
+  }
   ThrowQRError(QRErrorCode::LocalizedNodeMissing);
+}
+
+tree_node<ConfigManager::Node>* ConfigManagerImpl::FindLocalized(const std::string& driver,
+                                                                 const std::string* localeId) {
+  const char separator = m_Localization.separator();
+  const bool plainNames = driver.find(separator) == std::string::npos &&
+                          (localeId == nullptr || localeId->find(separator) == std::string::npos);
+  if (plainNames) {
+    // Each name is one level: walk the children in place, with no path to build.
+    tree_node<Node>* node = FindChild(m_Tree.Find(Localization()), driver);
+    if (node != nullptr && localeId != nullptr) node = FindChild(*node, *localeId);
+    return node;
+  }
+  NodePath path(Localization());
+  path += driver;
+  path = NodePath(static_cast<const char*>(path));
+  if (localeId != nullptr) path += *localeId;
+  try {
+    return &m_Tree.Find(path);
+  } catch (const QRError&) {
+    return nullptr;
+  }
 }

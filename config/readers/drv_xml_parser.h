@@ -18,7 +18,7 @@ struct DriverEntry {
 // attributes and texts are ignored. Every chunk of character data that the XML layer delivers
 // inside an "Alias" of a named "NetworkLayer" becomes one alias of its own, converted whole
 // (no line-break cut, no trimming), so an alias must stand on the line of its tags (and an
-// alias longer than 65,536 UTF-16 units, which the XML layer splits, becomes several). A
+// alias longer than the XML layer's longest chunk, 4 Mi UTF-16 units, becomes several). A
 // "NetworkLayer" nested in another replaces the outer one, which is lost. A missing
 // attribute gives an empty text. The reader raises nothing of its own; parse failures are
 // 264 to 267 with the file's path (ReaderFrame::Parse). Writes nothing into the tree.

@@ -68,18 +68,9 @@ struct FailureCase {
 // no manager and no key table, and a repaired installation then loads.
 TEST_F(ManagerTest, FailedStartupLeavesNothingBehind) {
   const std::vector<FailureCase> cases = {
-      {"missing driver list", [](TempInstallation& i) { i.Remove("driver.cfg"); }, 264,
-       "driver.cfg"},
       {"missing main file", [](TempInstallation& i) { i.Remove("qr.cfg"); }, 264, "qr.cfg"},
       {"malformed main file",
        [](TempInstallation& i) { i.Write("qr.cfg", "<Configuration><Settings>"); }, 265, "qr.cfg"},
-      {"malformed driver list", [](TempInstallation& i) { i.Write("driver.cfg", "<a></b>"); }, 265,
-       "driver.cfg"},
-      {"unknown encoding",
-       [](TempInstallation& i) {
-         i.Write("qr.cfg", "<?xml version=\"1.0\" encoding=\"x-unknown\"?><a/>");
-       },
-       266, "qr.cfg"},
       {"main file pops an empty node stack",
        [](TempInstallation& i) {
          i.Write("qr.cfg", TempInstallation::MainFile("", "<Traces><Trace Name=\"T\"/></Traces>"));
@@ -96,7 +87,6 @@ TEST_F(ManagerTest, FailedStartupLeavesNothingBehind) {
        10, ""},
       {"no platform section",
        [](TempInstallation& i) { i.Write("platform.csl", "[Elsewhere]\nA = B\n"); }, 10, ""},
-      {"missing platform list", [](TempInstallation& i) { i.Remove("platform.csl"); }, 10, ""},
       {"missing setup directory", [](TempInstallation& i) { i.Remove("setup"); }, -1, ""},
       {"mistyped ignore flag",
        [](TempInstallation& i) {

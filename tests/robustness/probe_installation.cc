@@ -1,68 +1,50 @@
 #include "robustness/probe_installation.h"
 
-#include <Poco/File.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
+#include <filesystem>
 #include <stdexcept>
 
 namespace {
 
 const char* const kDb1 = "\\Quorin\\DBDrivers\\Ora\\db1";
 
-// Document templates: {P} is the probe, {X} the extra content; {D} the XML declaration.
-const char* Template(FileKind kind) {
-  switch (kind) {
-    case FileKind::Main:
-      return "{D}<Configuration>\n"
-             "  <Locale>\n    <Language>en</Language>\n    <CharSet>UTF-8</CharSet>\n"
-             "  </Locale>\n"
-             "  <Settings>\n"
-             "    <Parameter Name=\"Setup File Extension\">setup</Parameter>\n"
-             "    <Parameter Name=\"Config File Extension\">dsf</Parameter>\n"
-             "    <Parameter Name=\"Ignore Driver Load Failure\">No</Parameter>\n"
-             "    <Parameter Name=\"SQL External Extension\">sqx</Parameter>\n"
-             "    <Parameter Name=\"CharSet List Extension\">csl</Parameter>\n"
-             "    <Parameter Name=\"Probe\">{P}</Parameter>\n"
-             "  </Settings>\n{X}"
-             "</Configuration>\n";
-    case FileKind::DriverList:
-      return "{D}<DriverList>\n"
-             "  <NetworkLayer Name=\"Ora\" Implementation=\"C\">\n"
-             "    <Alias>{P}</Alias>\n"
-             "  </NetworkLayer>\n{X}"
-             "</DriverList>\n";
-    case FileKind::Setup:
-      return "{D}<Setup>\n"
-             "  <NetworkLayer Name=\"Ora\"/>\n"
-             "  <Directory>d/Ora</Directory>\n"
-             "  <DataFileName>Ora</DataFileName>\n"
-             "  <Version Type=\"SetupProbe\">{P}</Version>\n{X}"
-             "</Setup>\n";
-    case FileKind::DataAccess:
-      return "{D}<DataAccess>\n"
-             "  <Defaults>\n"
-             "    <Parameter Name=\"Unicode\">CharSet</Parameter>\n"
-             "    <Parameter Name=\"CharSet Table\">ora</Parameter>\n"
-             "  </Defaults>\n"
-             "  <DataBase Name=\"db1\" Active=\"Yes\">\n"
-             "    <Alias>D1</Alias>\n"
-             "    <Parameter Name=\"Probe\">{P}</Parameter>\n"
-             "  </DataBase>\n{X}"
-             "</DataAccess>\n";
-    case FileKind::Localized:
-      return "{D}<DriverTexts>\n"
-             "  <NetworkLayer Name=\"Ora\">\n"
-             "    <Message id=\"Name\">Oracle</Message>\n"
-             "    <Message id=\"Comment\">{P}</Message>\n"
-             "  </NetworkLayer>\n{X}"
-             "</DriverTexts>\n";
-    case FileKind::PlatformList:
-      return "[TestOS]\nUTF-8 = UTF-8\nProbe = {P}\n";
-    case FileKind::CharSetTable:
-      return "[CharSets]\nUTF-8 = AL32UTF8\nProbe = {P}\n";
-  }
-  throw std::logic_error("unknown file kind");
+struct KindInfo {
+  const char* Name;
+  const char* Relative;
+  // The document: {P} is the probe, {X} the extra content, {D} the XML declaration.
+  std::string Template;
+};
+
+const KindInfo& Info(FileKind kind) {
+  static const KindInfo kinds[] = {
+      {"Main", "qr.cfg",
+       "{D}<Configuration>\n  <Locale>\n    <Language>en</Language>\n"
+       "    <CharSet>UTF-8</CharSet>\n  </Locale>\n  <Settings>\n"
+       "    <Parameter Name=\"Setup File Extension\">setup</Parameter>\n"
+       "    <Parameter Name=\"Config File Extension\">dsf</Parameter>\n"
+       "    <Parameter Name=\"Ignore Driver Load Failure\">No</Parameter>\n"
+       "    <Parameter Name=\"SQL External Extension\">sqx</Parameter>\n"
+       "    <Parameter Name=\"CharSet List Extension\">csl</Parameter>\n"
+       "    <Parameter Name=\"Probe\">{P}</Parameter>\n  </Settings>\n{X}</Configuration>\n"},
+      {"DriverList", "driver.cfg",
+       "{D}<DriverList>\n  <NetworkLayer Name=\"Ora\" Implementation=\"C\">\n"
+       "    <Alias>{P}</Alias>\n  </NetworkLayer>\n{X}</DriverList>\n"},
+      {"Setup", "setup/ora.setup",
+       "{D}<Setup>\n  <NetworkLayer Name=\"Ora\"/>\n  <Directory>d/Ora</Directory>\n"
+       "  <DataFileName>Ora</DataFileName>\n  <Version Type=\"SetupProbe\">{P}</Version>\n{X}"
+       "</Setup>\n"},
+      {"DataAccess", "d/Ora/Ora.dsf",
+       "{D}<DataAccess>\n  <Defaults>\n    <Parameter Name=\"Unicode\">CharSet</Parameter>\n"
+       "    <Parameter Name=\"CharSet Table\">ora</Parameter>\n  </Defaults>\n"
+       "  <DataBase Name=\"db1\" Active=\"Yes\">\n    <Alias>D1</Alias>\n"
+       "    <Parameter Name=\"Probe\">{P}</Parameter>\n  </DataBase>\n{X}</DataAccess>\n"},
+      {"Localized", "driveren.cfg",
+       "{D}<DriverTexts>\n  <NetworkLayer Name=\"Ora\">\n"
+       "    <Message id=\"Name\">Oracle</Message>\n    <Message id=\"Comment\">{P}</Message>\n"
+       "  </NetworkLayer>\n{X}</DriverTexts>\n"},
+      {"PlatformList", "platform.csl", "[TestOS]\nUTF-8 = UTF-8\nProbe = {P}\n"},
+      {"CharSetTable", "d/Ora/ora.csl", "[CharSets]\nUTF-8 = AL32UTF8\nProbe = {P}\n"},
+  };
+  return kinds[static_cast<int>(kind)];
 }
 
 void ReplaceAll(std::string& text, const std::string& from, const std::string& to) {
@@ -79,27 +61,7 @@ std::string Quoted(const std::string& text) {
 }  // namespace
 
 const char* KindName(FileKind kind) {
-  switch (kind) {
-    case FileKind::Main:
-      return "Main";
-    case FileKind::DriverList:
-      return "DriverList";
-    case FileKind::Setup:
-      return "Setup";
-    case FileKind::DataAccess:
-      return "DataAccess";
-    case FileKind::Localized:
-      return "Localized";
-    case FileKind::PlatformList:
-      return "PlatformList";
-    case FileKind::CharSetTable:
-      return "CharSetTable";
-  }
-  return "?";
-}
-
-bool IsXml(FileKind kind) {
-  return kind != FileKind::PlatformList && kind != FileKind::CharSetTable;
+  return Info(kind).Name;
 }
 
 const std::vector<FileKind>& AllKinds() {
@@ -107,27 +69,6 @@ const std::vector<FileKind>& AllKinds() {
       FileKind::Main,      FileKind::DriverList,   FileKind::Setup,       FileKind::DataAccess,
       FileKind::Localized, FileKind::PlatformList, FileKind::CharSetTable};
   return kinds;
-}
-
-Expect Loads(const std::string& probe) {
-  Expect expect;
-  expect.Type = Expect::Loads;
-  expect.Probe = probe;
-  return expect;
-}
-
-Expect ParseFails(std::int32_t code, Expect::Site site) {
-  Expect expect;
-  expect.Type = Expect::ParseFails;
-  expect.Code = code;
-  expect.FaultSite = site;
-  return expect;
-}
-
-Expect FileFails() {
-  Expect expect;
-  expect.Type = Expect::FileFails;
-  return expect;
 }
 
 std::string ExpectedOutcome(FileKind kind, Initialization::Mode mode, const Expect& expect) {
@@ -167,28 +108,12 @@ std::string ExpectedOutcome(FileKind kind, Initialization::Mode mode, const Expe
 }
 
 const char* ProbeInstallation::Relative(FileKind kind) {
-  switch (kind) {
-    case FileKind::Main:
-      return "qr.cfg";
-    case FileKind::DriverList:
-      return "driver.cfg";
-    case FileKind::Setup:
-      return "setup/ora.setup";
-    case FileKind::DataAccess:
-      return "d/Ora/Ora.dsf";
-    case FileKind::Localized:
-      return "driveren.cfg";
-    case FileKind::PlatformList:
-      return "platform.csl";
-    case FileKind::CharSetTable:
-      return "d/Ora/ora.csl";
-  }
-  return "";
+  return Info(kind).Relative;
 }
 
 std::string ProbeInstallation::Document(FileKind kind, const std::string& payload,
                                         const std::string& prolog, const std::string& extra) {
-  std::string text = Template(kind);
+  std::string text = Info(kind).Template;
   // The payload goes in last, so that its own text is never taken for a placeholder.
   ReplaceAll(text, "{D}", prolog);
   ReplaceAll(text, "{X}", extra);
@@ -198,16 +123,9 @@ std::string ProbeInstallation::Document(FileKind kind, const std::string& payloa
 }
 
 void ProbeInstallation::Write(FileKind kind, const std::string& bytes) const {
-  // A link is removed itself (even a dangling one), so that nothing is written through it.
-  const std::string path = Path(kind);
-  struct stat status {};
-  if (::lstat(path.c_str(), &status) == 0) {
-    if (S_ISLNK(status.st_mode)) {
-      ::unlink(path.c_str());
-    } else {
-      Poco::File(path).remove(true);
-    }
-  }
+  // remove_all takes a link itself (even a dangling one), so nothing is written through it.
+  std::error_code ignored;
+  std::filesystem::remove_all(Path(kind), ignored);
   m_Install.Write(Relative(kind), bytes);
 }
 
@@ -306,15 +224,13 @@ std::string RenderValue(const ConfigManager::Field& field) {
   return "none";
 }
 
-std::string ToUtf16(const std::string& utf8, bool bigEndian, bool byteOrderMark) {
+std::string ToUtf16(const std::string& utf8) {
   std::string bytes;
   auto put = [&](unsigned unit) {
-    const char high = static_cast<char>(unit >> 8);
-    const char low = static_cast<char>(unit & 0xFF);
-    bytes += bigEndian ? high : low;
-    bytes += bigEndian ? low : high;
+    bytes += static_cast<char>(unit & 0xFF);
+    bytes += static_cast<char>(unit >> 8);
   };
-  if (byteOrderMark) put(0xFEFF);
+  put(0xFEFF);
   const ucs2string units{orv_utf8string(utf8)};
   for (std::size_t i = 0; i < units.size(); ++i) put(units.data()[i]);
   return bytes;

@@ -36,7 +36,9 @@ enum class FileKind { Main, DriverList, Setup, DataAccess, Localized, PlatformLi
 
 const char* KindName(FileKind kind);
 // True for the XML kinds, false for the two parameter files.
-bool IsXml(FileKind kind);
+inline bool IsXml(FileKind kind) {
+  return kind != FileKind::PlatformList && kind != FileKind::CharSetTable;
+}
 const std::vector<FileKind>& AllKinds();
 
 // The value every baseline file carries as its probe.
@@ -64,10 +66,16 @@ struct Expect {
     return copy;
   }
 };
-Expect Loads(const std::string& probe);
-Expect ParseFails(std::int32_t code, Expect::Site site);
+inline Expect Loads(const std::string& probe) {
+  return {Expect::Loads, probe, 0, {}, {}};
+}
+inline Expect ParseFails(std::int32_t code, Expect::Site site) {
+  return {Expect::ParseFails, "", code, site, {}};
+}
 // A parameter file that SFile refuses, whatever its exception kind.
-Expect FileFails();
+inline Expect FileFails() {
+  return {Expect::FileFails, "", 0, {}, {}};
+}
 
 // The outcome that a file of `kind` with the result `expect` must give in `mode`:
 //  - main file and driver list: the parse code becomes 264 to 267 with the file's path;
@@ -96,6 +104,7 @@ class ProbeInstallation {
 
   static const char* Relative(FileKind kind);
   std::string Path(FileKind kind) const { return m_Install.Path(Relative(kind)); }
+  // Replaces whatever is at the kind's path (file, directory or link) by `bytes`.
   void Write(FileKind kind, const std::string& bytes) const;
   void WriteDocument(FileKind kind, const std::string& payload,
                      const std::string& prolog = kXmlDeclaration,
@@ -120,8 +129,8 @@ class ProbeInstallation {
 
 // A field's value as Outcome() renders it.
 std::string RenderValue(const ConfigManager::Field& field);
-// `text` in UTF-16 (little or big endian), with or without a byte-order mark.
-std::string ToUtf16(const std::string& utf8, bool bigEndian, bool byteOrderMark);
+// `utf8` in UTF-16, little endian, after a byte-order mark.
+std::string ToUtf16(const std::string& utf8);
 // `count` nested elements named `name` around `inner`.
 std::string Nest(int count, const std::string& name, const std::string& inner,
                  const std::string& attributes = "");
