@@ -92,14 +92,17 @@ TEST(OrvXmlParserTest, ChunksDoNotDependOnBlockBoundaries) {
 }
 
 TEST(OrvXmlParserTest, OverlongLinesComeInBoundedChunksThatKeepSurrogatePairs) {
-  // 65,535 units, then a pair that would straddle the 65,536-unit bound, then more text.
-  const std::string line = std::string(65535, 'a') + "\xF0\x9F\x98\x80" + std::string(70000, 'b');
+  // A pair that would straddle the bound, then more text than one chunk holds. (EXPECT_TRUE:
+  // a failure must not print megabytes.)
+  const std::size_t bound = OrvXmlParser::kMaxChunkUnits;
+  const std::string pair = "\xF0\x9F\x98\x80";
   TempDir dir;
   Recorder recorder;
-  recorder.ParseFile(dir.Write("long.xml", "<a>" + line + "</a>"));
-  EXPECT_EQ("<a>|" + std::string(65535, 'a') + "|\xF0\x9F\x98\x80" + std::string(65534, 'b') + "|" +
-                std::string(4466, 'b') + "|</a>|",
-            recorder.Events);
+  recorder.ParseFile(dir.Write("long.xml", "<a>" + std::string(bound - 1, 'a') + pair +
+                                               std::string(bound + 10, 'b') + "</a>"));
+  EXPECT_TRUE("<a>|" + std::string(bound - 1, 'a') + "|" + pair + std::string(bound - 2, 'b') +
+                  "|" + std::string(12, 'b') + "|</a>|" ==
+              recorder.Events);
 }
 
 TEST(OrvXmlParserTest, FailuresCarryTheirCodePathAndPosition) {
