@@ -83,8 +83,9 @@ void PrintStartup(const Records& records, std::ostream& out) {
       const double ratio = big->second.Init / small->second.Init;
       const double floorRatio = big->second.Floor / small->second.Floor;
       out << "  " << Column(half + " -> " + label, 14) << Column(mode, 9) << "Initialize "
-          << Format("%.2fx", ratio) << " (its floor " << Format("%.2fx", floorRatio) << ")  "
-          << Verdict(ratio <= 2.0) << "\n";
+          << Format("%.2fx", ratio) << " (its floor " << Format("%.2fx", floorRatio) << "; x floor "
+          << Format("%.2f", small->second.Ratio) << " -> " << Format("%.2f", big->second.Ratio)
+          << ")  " << Verdict(ratio <= 2.0) << "\n";
     }
   }
 }
