@@ -47,6 +47,8 @@ class QR_API orv_utf8string {
   bool empty() const noexcept { return m_Bytes.empty(); }
   const std::string& str() const noexcept { return m_Bytes; }
   void clear() noexcept { m_Bytes.clear(); }
+  // Replaces the text by `size` bytes, byte for byte, reusing the storage when it fits.
+  void assign(const char* bytes, std::size_t size) { m_Bytes.assign(bytes, size); }
   // Replaces the text by the UTF-8 form of `count` UTF-16 units, reusing the storage.
   void assign_utf16(const ucs2char* units, std::size_t count) {
     m_Bytes.clear();

@@ -1,5 +1,8 @@
 #include "config/model/field.h"
 
+#include <cstring>
+#include <new>
+
 #include "config/manager/qr_error.h"
 
 using Field = ConfigManagerTypes::Field;
@@ -13,31 +16,147 @@ const QRError kTypeMismatch(3, 256, QRErrorCode::TypeMismatch);
   throw kTypeMismatch;
 }
 
-// The held value of alternative `Tag`, or the type-mismatch error.
-template <Field::ValueTag Tag, typename Storage>
-auto& Held(Storage& storage) {
-  if (storage.index() != Tag) ThrowTypeMismatch();
-  return *std::get_if<Tag>(&storage);
+bool IsText(Field::ValueTag tag) {
+  return tag == Field::String || tag == Field::UTF8String;
 }
 
 }  // namespace
 
+// --- Storage -------------------------------------------------------------------------------
+// The payload is raw bytes: values and the block address are copied in and out with memcpy,
+// so the payload needs no alignment of its own.
+
+Field::Storage::Storage(ValueTag tag, const char* text, std::size_t size) {
+  Store(text, size);
+  m_Tag = tag;
+}
+
+Field::Storage::Storage(std::int32_t value) noexcept : m_Tag(Long) {
+  std::memcpy(m_Payload, &value, sizeof value);
+}
+
+Field::Storage::Storage(bool value) noexcept : m_Tag(Bool) {
+  m_Payload[0] = value ? 1 : 0;
+}
+
+Field::Storage::Storage(const Storage& other) {
+  if (IsText(other.m_Tag)) {
+    Store(other.TextData(), other.TextSize());
+  } else {
+    std::memcpy(m_Payload, other.m_Payload, kPayloadBytes);
+  }
+  m_Tag = other.m_Tag;
+}
+
+Field::Storage::~Storage() {
+  Release();
+}
+
+void Field::Storage::swap(Storage& other) noexcept {
+  std::swap(m_Tag, other.m_Tag);
+  unsigned char payload[kPayloadBytes];
+  std::memcpy(payload, m_Payload, kPayloadBytes);
+  std::memcpy(m_Payload, other.m_Payload, kPayloadBytes);
+  std::memcpy(other.m_Payload, payload, kPayloadBytes);
+}
+
+bool Field::Storage::OnHeap() const noexcept {
+  return m_Payload[kInlineBytes] == kOnHeap;
+}
+
+const unsigned char* Field::Storage::HeapBlock() const noexcept {
+  const unsigned char* block;
+  std::memcpy(&block, m_Payload, sizeof block);
+  return block;
+}
+
+const char* Field::Storage::TextData() const noexcept {
+  if (!OnHeap()) return reinterpret_cast<const char*>(m_Payload);
+  return reinterpret_cast<const char*>(HeapBlock() + sizeof(std::size_t));
+}
+
+std::size_t Field::Storage::TextSize() const noexcept {
+  if (!OnHeap()) return m_Payload[kInlineBytes];
+  std::size_t size;
+  std::memcpy(&size, HeapBlock(), sizeof size);
+  return size;
+}
+
+std::int32_t Field::Storage::Integer() const noexcept {
+  std::int32_t value;
+  std::memcpy(&value, m_Payload, sizeof value);
+  return value;
+}
+
+bool Field::Storage::Boolean() const noexcept {
+  return m_Payload[0] != 0;
+}
+
+void Field::Storage::Store(const char* text, std::size_t size) {
+  if (size <= kInlineBytes) {
+    if (size != 0) std::memcpy(m_Payload, text, size);
+    m_Payload[kInlineBytes] = static_cast<unsigned char>(size);
+    return;
+  }
+  if (size > static_cast<std::size_t>(-1) - sizeof size) throw std::bad_alloc();
+  auto* block = new unsigned char[sizeof size + size];
+  std::memcpy(block, &size, sizeof size);
+  std::memcpy(block + sizeof size, text, size);
+  std::memcpy(m_Payload, &block, sizeof block);
+  m_Payload[kInlineBytes] = kOnHeap;
+}
+
+void Field::Storage::Release() noexcept {
+  if (IsText(m_Tag) && OnHeap()) delete[] HeapBlock();
+}
+
+void Field::Storage::SetText(const char* text, std::size_t size) {
+  Storage replacement(m_Tag, text, size);  // may throw; this value is untouched then
+  swap(replacement);
+}
+
+void Field::Storage::SetLong(std::int32_t value) noexcept {
+  std::memcpy(m_Payload, &value, sizeof value);
+}
+
+void Field::Storage::SetBool(bool value) noexcept {
+  m_Payload[0] = value ? 1 : 0;
+}
+
+bool Field::Storage::operator==(const Storage& other) const noexcept {
+  if (m_Tag != other.m_Tag) return false;
+  switch (m_Tag) {
+    case None:
+      return true;
+    case String:
+    case UTF8String: {
+      const std::size_t size = TextSize();
+      return size == other.TextSize() && std::memcmp(TextData(), other.TextData(), size) == 0;
+    }
+    case Long:
+      return Integer() == other.Integer();
+    case Bool:
+      return Boolean() == other.Boolean();
+  }
+  return false;
+}
+
+// --- Field ---------------------------------------------------------------------------------
+
 Field::Field() = default;
 
 Field::Field(const std::string& name, const std::string& value)
-    : m_Name(name), m_Value(std::in_place_index<String>, value) {}
+    : m_Name(name), m_Value(String, value.data(), value.size()) {}
 
 Field::Field(const std::string& name, const char* value)
-    : m_Name(name), m_Value(std::in_place_index<String>, value) {}
+    : m_Name(name), m_Value(String, value, std::strlen(value)) {}
 
 Field::Field(const std::string& name, const orv_utf8string& value)
-    : m_Name(name), m_Value(std::in_place_index<UTF8String>, value) {}
+    : m_Name(name), m_Value(UTF8String, value.data(), value.size()) {}
 
-Field::Field(const std::string& name, std::int32_t value)
-    : m_Name(name), m_Value(std::in_place_index<Long>, value) {}
+Field::Field(const std::string& name, std::int32_t value) : m_Name(name), m_Value(value) {}
 
-Field::Field(const std::string& name, bool value)
-    : m_Name(name), m_Value(std::in_place_index<Bool>, value) {}
+Field::Field(const std::string& name, bool value) : m_Name(name), m_Value(value) {}
 
 Field::Field(const Field& other) = default;
 
@@ -55,35 +174,46 @@ Field& Field::operator=(const Field& other) {
 Field::~Field() = default;
 
 void Field::Value(std::string& out) const {
-  out = Held<String>(m_Value);
+  if (m_Value.Tag() != String) ThrowTypeMismatch();
+  out.assign(m_Value.TextData(), m_Value.TextSize());
 }
 void Field::Value(orv_utf8string& out) const {
-  out = Held<UTF8String>(m_Value);
+  if (m_Value.Tag() != UTF8String) ThrowTypeMismatch();
+  out.assign(m_Value.TextData(), m_Value.TextSize());
 }
 void Field::Value(std::int32_t& out) const {
-  out = Held<Long>(m_Value);
+  if (m_Value.Tag() != Long) ThrowTypeMismatch();
+  out = m_Value.Integer();
 }
 void Field::Value(bool& out) const {
-  out = Held<Bool>(m_Value);
+  if (m_Value.Tag() != Bool) ThrowTypeMismatch();
+  out = m_Value.Boolean();
 }
 
 void Field::Update(const std::string& value) {
-  Held<String>(m_Value) = value;
+  if (m_Value.Tag() != String) ThrowTypeMismatch();
+  m_Value.SetText(value.data(), value.size());
 }
 void Field::Update(const char* value) {
-  Held<String>(m_Value) = value;
+  if (m_Value.Tag() != String) ThrowTypeMismatch();
+  m_Value.SetText(value, std::strlen(value));
 }
 void Field::Update(const orv_utf8string& value) {
-  Held<UTF8String>(m_Value) = value;
+  if (m_Value.Tag() != UTF8String) ThrowTypeMismatch();
+  m_Value.SetText(value.data(), value.size());
 }
 void Field::Update(std::int32_t value) {
-  Held<Long>(m_Value) = value;
+  if (m_Value.Tag() != Long) ThrowTypeMismatch();
+  m_Value.SetLong(value);
 }
 void Field::Update(bool value) {
-  Held<Bool>(m_Value) = value;
+  if (m_Value.Tag() != Bool) ThrowTypeMismatch();
+  m_Value.SetBool(value);
 }
 
 bool Field::operator==(const Field& other) const {
-  // Names first, then tags; std::variant compares the index before the values.
   return m_Name == other.m_Name && m_Value == other.m_Value;
 }
+
+// The packed layout is what keeps a loaded configuration small; see the class comment.
+static_assert(sizeof(void*) != 8 || sizeof(Field) == 56, "Field grew beyond 56 bytes");

@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <string>
 #include <type_traits>
-#include <variant>
 
 #include "config/model/config_manager_types.h"
 #include "platform/i18n_string.h"
@@ -23,6 +22,11 @@
 //
 // Copying copies the name and the value (texts are duplicated, never shared). There are no
 // move operations: moving a field copies it. Not synchronised.
+//
+// Size: a configuration holds millions of fields, most of them copies of defaults, so the
+// layout is packed: the virtual table pointer, the name, the 32-bit tag and 12 bytes of value,
+// 56 bytes in all. Texts of up to 11 bytes live inside the field; longer ones in one heap block
+// of their own.
 class QR_API ConfigManagerTypes::Field {
  public:
   // The kind of value a field holds; a 32-bit enumeration.
@@ -53,7 +57,7 @@ class QR_API ConfigManagerTypes::Field {
   const std::string& Name() const noexcept { return m_Name; }
   // The name, like Name().
   operator const std::string&() const noexcept { return m_Name; }  // NOLINT: implicit
-  ValueTag ValueType() const noexcept { return static_cast<ValueTag>(m_Value.index()); }
+  ValueTag ValueType() const noexcept { return m_Value.Tag(); }
 
   // Copy the value into `out` when the tag matches; otherwise throw QRError 1.
   void Value(std::string& out) const;
@@ -82,8 +86,47 @@ class QR_API ConfigManagerTypes::Field {
   bool operator!=(const Field& other) { return !(static_cast<const Field&>(*this) == other); }
 
  private:
-  // The alternatives are in tag order: index() is the tag.
-  using Storage = std::variant<std::monostate, std::string, orv_utf8string, std::int32_t, bool>;
+  // The tag and the value, with the ownership of a text value. Texts of up to kInlineBytes
+  // bytes are held in the payload, followed by their length in its last byte; a longer text
+  // lives in a heap block (its length, then its bytes) whose address fills the payload's
+  // first bytes, and the last byte holds kOnHeap. Copies duplicate the text.
+  class Storage {
+   public:
+    Storage() noexcept = default;
+    Storage(ValueTag tag, const char* text, std::size_t size);  // tag String or UTF8String
+    explicit Storage(std::int32_t value) noexcept;
+    explicit Storage(bool value) noexcept;
+    Storage(const Storage& other);
+    Storage& operator=(const Storage&) = delete;
+    ~Storage();
+
+    void swap(Storage& other) noexcept;
+    ValueTag Tag() const noexcept { return m_Tag; }
+    // The text of a String or UTF8String value.
+    const char* TextData() const noexcept;
+    std::size_t TextSize() const noexcept;
+    std::int32_t Integer() const noexcept;
+    bool Boolean() const noexcept;
+    // Replace the text, keeping the tag; on failure the old text stays.
+    void SetText(const char* text, std::size_t size);
+    void SetLong(std::int32_t value) noexcept;
+    void SetBool(bool value) noexcept;
+    bool operator==(const Storage& other) const noexcept;
+
+   private:
+    static constexpr std::size_t kPayloadBytes = 12;
+    static constexpr std::size_t kInlineBytes = kPayloadBytes - 1;
+    static constexpr unsigned char kOnHeap = 0xFF;
+
+    bool OnHeap() const noexcept;
+    const unsigned char* HeapBlock() const noexcept;
+    // Writes `text` into the empty payload: inline, or in a new heap block.
+    void Store(const char* text, std::size_t size);
+    void Release() noexcept;
+
+    ValueTag m_Tag = None;
+    unsigned char m_Payload[kPayloadBytes] = {};
+  };
 
   std::string m_Name;
   Storage m_Value;

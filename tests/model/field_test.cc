@@ -110,4 +110,40 @@ TEST(FieldTest, AssignmentCopiesTagAndValueIndependently) {
   EXPECT_EQ(moved, a);
 }
 
+// Texts short enough to live inside the field and long enough to need a block of their own,
+// with NUL bytes inside: every way of making, copying, replacing and comparing keeps the bytes.
+TEST(FieldTest, TextsOfEveryLengthSurviveCopyUpdateAndAssignment) {
+  const std::string texts[] = {"",
+                               "a",
+                               std::string("ab\0cd", 5),
+                               "eleven-byte",
+                               "twelve-bytes",
+                               std::string(100, 'x') + std::string(1, '\0') + "tail"};
+  for (const std::string& first : texts) {
+    for (const std::string& second : texts) {
+      SCOPED_TRACE(std::to_string(first.size()) + " then " + std::to_string(second.size()));
+      Field s("s", first);
+      Field u("u", orv_utf8string(first));
+      const Field copy = s;
+      s.Update(second);
+      u.Update(orv_utf8string(second));
+      std::string out;
+      orv_utf8string utf8;
+      s.Value(out);
+      u.Value(utf8);
+      EXPECT_EQ(out, second);
+      EXPECT_EQ(utf8.str(), second);
+      copy.Value(out);
+      EXPECT_EQ(out, first);
+      EXPECT_EQ(copy == s, first == second);
+
+      Field target("t", std::int32_t{5});
+      target = s;  // text over an integer, then an integer over the text
+      EXPECT_EQ(target, s);
+      target = Field("t", std::int32_t{6});
+      EXPECT_EQ(target.ValueType(), Field::Long);
+    }
+  }
+}
+
 }  // namespace
