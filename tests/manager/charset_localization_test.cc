@@ -65,13 +65,6 @@ TEST_F(LoadedTest, CharSetTables) {
   }
 }
 
-TEST_F(LoadedTest, DatabaseWithoutDirectoryEndsStartup) {
-  m_Install.Write("qr.cfg",
-                  TempInstallation::MainFile(
-                      "<NetworkLayer Name=\"Main\">\n<DataBase Name=\"x\"/>\n</NetworkLayer>\n"));
-  EXPECT_EQ(CatchQRError([] { ConfigStartup::Initialize(Initialization::Library); }).Code(), 10);
-}
-
 TEST_F(LoadedTest, GetLocaleFallsBackToTheLanguage) {
   ConfigManager& manager = Init();
   const Quorin::LocaleDescriptor& enCA = manager.GetLocale("en", "CA");

@@ -187,16 +187,6 @@ FileCase Bomb(const char* name, const std::string& prolog, const std::string& pa
   return {name, Payload(payload, prolog), ParseFails(48, Expect::InProbe), std::nullopt, {}, 64};
 }
 
-std::string BillionLaughs() {
-  std::string dtd = "<!DOCTYPE R [\n<!ENTITY l0 \"lol\">\n";
-  for (int i = 1; i <= 10; ++i) {
-    dtd += "<!ENTITY l" + std::to_string(i) + " \"";
-    for (int j = 0; j < 10; ++j) dtd += "&l" + std::to_string(i - 1) + ";";
-    dtd += "\">\n";
-  }
-  return kXmlDeclaration + dtd + "]>\n";
-}
-
 std::string Repeat(const std::string& text, int count) {
   std::string repeated;
   for (int i = 0; i < count; ++i) repeated += text;

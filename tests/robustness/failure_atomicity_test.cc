@@ -25,10 +25,6 @@ void PrintTo(const FailureCase& c, std::ostream* out) {
   *out << c.Name;
 }
 
-std::string ParameterElement(const std::string& parameter, const std::string& value) {
-  return "<Parameter Name=\"" + parameter + "\">" + value + "</Parameter>";
-}
-
 const std::vector<FailureCase> kCases = {
     {"MalformedSetupFile", Initialization::Library,
      [](const ProbeInstallation& f) { f.Write(FileKind::Setup, "<Setup><Directory>"); },
@@ -52,16 +48,7 @@ const std::vector<FailureCase> kCases = {
      },
      "266 @/driver.cfg"},
     {"EntityBombInTheMainFile", Initialization::Library,
-     [](const ProbeInstallation& f) {
-       std::string dtd = "<!DOCTYPE R [<!ENTITY a \"" + std::string(1000, 'a') + "\">";
-       for (int i = 1; i < 8; ++i) {
-         dtd += "<!ENTITY " + std::string(1, static_cast<char>('a' + i)) + " \"";
-         for (int j = 0; j < 20; ++j)
-           dtd += "&" + std::string(1, static_cast<char>('a' + i - 1)) + ";";
-         dtd += "\">";
-       }
-       f.WriteDocument(FileKind::Main, "&h;", kXmlDeclaration + dtd + "]>\n");
-     },
+     [](const ProbeInstallation& f) { f.WriteDocument(FileKind::Main, "&l10;", BillionLaughs()); },
      "267 @/qr.cfg"},
     {"MalformedPlatformList", Initialization::Server,
      [](const ProbeInstallation& f) {

@@ -197,27 +197,19 @@ std::string ProbeInstallation::Render(const QRError& error) const {
 }
 
 std::string RenderValue(const ConfigManager::Field& field) {
+  std::string text;
+  orv_utf8string utf8;
+  std::int32_t number = 0;
+  bool flag = false;
   switch (field.ValueType()) {
-    case ConfigManager::Field::String: {
-      std::string text;
-      field.Value(text);
-      return Quoted(text);
-    }
-    case ConfigManager::Field::UTF8String: {
-      orv_utf8string text;
-      field.Value(text);
-      return Quoted(text.str());
-    }
-    case ConfigManager::Field::Long: {
-      std::int32_t value = 0;
-      field.Value(value);
-      return std::to_string(value);
-    }
-    case ConfigManager::Field::Bool: {
-      bool value = false;
-      field.Value(value);
-      return value ? "true" : "false";
-    }
+    case ConfigManager::Field::String:
+      return field.Value(text), Quoted(text);
+    case ConfigManager::Field::UTF8String:
+      return field.Value(utf8), Quoted(utf8.str());
+    case ConfigManager::Field::Long:
+      return field.Value(number), std::to_string(number);
+    case ConfigManager::Field::Bool:
+      return field.Value(flag), flag ? "true" : "false";
     case ConfigManager::Field::None:
       break;
   }
@@ -234,6 +226,16 @@ std::string ToUtf16(const std::string& utf8) {
   const ucs2string units{orv_utf8string(utf8)};
   for (std::size_t i = 0; i < units.size(); ++i) put(units.data()[i]);
   return bytes;
+}
+
+std::string BillionLaughs() {
+  std::string dtd = "<!DOCTYPE R [\n<!ENTITY l0 \"lol\">\n";
+  for (int i = 1; i <= 10; ++i) {
+    dtd += "<!ENTITY l" + std::to_string(i) + " \"";
+    for (int j = 0; j < 10; ++j) dtd += "&l" + std::to_string(i - 1) + ";";
+    dtd += "\">\n";
+  }
+  return kXmlDeclaration + dtd + "]>\n";
 }
 
 std::string Nest(int count, const std::string& name, const std::string& inner,

@@ -131,6 +131,13 @@ class ProbeInstallation {
 std::string RenderValue(const ConfigManager::Field& field);
 // `utf8` in UTF-16, little endian, after a byte-order mark.
 std::string ToUtf16(const std::string& utf8);
+// An XML declaration and a document type declaration whose entity "l10" expands to 10^10
+// times "lol".
+std::string BillionLaughs();
+// A "Parameter" element.
+inline std::string ParameterElement(const std::string& name, const std::string& value) {
+  return "<Parameter Name=\"" + name + "\">" + value + "</Parameter>";
+}
 // `count` nested elements named `name` around `inner`.
 std::string Nest(int count, const std::string& name, const std::string& inner,
                  const std::string& attributes = "");

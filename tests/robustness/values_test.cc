@@ -21,13 +21,9 @@ TEST_F(ValuesTest, IntegerTextsBeyond32BitsStayText) {
   const std::vector<std::pair<std::string, std::string>> cases = {
       {"2147483647", "2147483647"},
       {"-2147483648", "-2147483648"},
-      {"+2147483647", "2147483647"},
-      {"|2147483647", "2147483647"},
-      {"00000000000000000000002147483647", "2147483647"},
       {"2147483648", "'2147483648'"},
       {"-2147483649", "'-2147483649'"},
       {"99999999999999999999999999999999999999", "'99999999999999999999999999999999999999'"},
-      {"1e3", "'1e3'"},
       {" 5", "' 5'"},
   };
   for (FileKind kind : {FileKind::Main, FileKind::DataAccess}) {
@@ -52,13 +48,9 @@ void PrintTo(const WrongType& c, std::ostream* out) {
   *out << c.Name;
 }
 
-std::string Parameter(const std::string& name, const std::string& value) {
-  return "<Parameter Name=\"" + name + "\">" + value + "</Parameter>";
-}
-
 // db1's probe, then one more parameter of db1.
 std::string AndThen(const std::string& name, const std::string& value) {
-  return std::string(kBaselinePayload) + "</Parameter>" + Parameter(name, value) +
+  return std::string(kBaselinePayload) + "</Parameter>" + ParameterElement(name, value) +
          "<Parameter Name=\"Tail\">";
 }
 
@@ -83,8 +75,8 @@ const std::vector<WrongType> kWrongTypes = {
      FileKind::Main, "10", "10"},
     {"IgnoreFlagIsAText",
      [](const ProbeInstallation& f) {
-       f.WriteEdited(FileKind::Main, Parameter("Ignore Driver Load Failure", "No"),
-                     Parameter("Ignore Driver Load Failure", "maybe"));
+       f.WriteEdited(FileKind::Main, ParameterElement("Ignore Driver Load Failure", "No"),
+                     ParameterElement("Ignore Driver Load Failure", "maybe"));
      },
      FileKind::Main, "10", "ok 'v1'"},
     // Data-access file: a value updates the existing field of its name, of the same type.
@@ -137,15 +129,15 @@ class NamesTest : public ValuesTest, public testing::WithParamInterface<Names> {
                         "\"/>\n<Directory>d/Ora</Directory>\n<DataFileName>Ora</DataFileName>\n"
                         "</Setup>\n");
     m_Install.Write("d/Ora/Ora.dsf",
-                    header + "<DataAccess><Defaults>" + Parameter("CharSet Table", "ora") +
+                    header + "<DataAccess><Defaults>" + ParameterElement("CharSet Table", "ora") +
                         "</Defaults>\n<DataBase Name=\"" + n.Database +
                         "\" Active=\"Yes\">\n<Alias>" + n.DatabaseAlias + "</Alias>\n" +
-                        Parameter(n.Parameter, n.Value) + "\n</DataBase></DataAccess>\n");
+                        ParameterElement(n.Parameter, n.Value) + "\n</DataBase></DataAccess>\n");
     m_Install.Write("driveren.cfg", header + "<DriverTexts><NetworkLayer Name=\"" + n.Driver +
                                         "\">\n<Message id=\"Name\">" + n.Text +
                                         "</Message>\n</NetworkLayer></DriverTexts>\n");
     m_Files.WriteDocument(FileKind::Main, kBaselinePayload, kXmlDeclaration,
-                          "<Settings>" + Parameter(n.Parameter, n.Value) + "</Settings>\n");
+                          "<Settings>" + ParameterElement(n.Parameter, n.Value) + "</Settings>\n");
   }
 };
 

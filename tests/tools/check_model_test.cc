@@ -58,8 +58,6 @@ TEST(FileVocabularyTest, SuggestsTheClosestKnownName) {
       {"Parmeter", "Parameter"},
       {"parameter", "Parameter"},
       {"Platfrom", "Platform"},
-      {"Libary", "Library"},
-      {"name", "Name"},
       {"Version", ""},
       {"Nam", ""},
       {"Libraryes", "Libraries"},

@@ -4,14 +4,9 @@
 
 #include <algorithm>
 
-#include <Poco/JSON/Array.h>
-#include <Poco/JSON/Object.h>
-
 #include "tool_runner.h"
 
 namespace {
-
-using Poco::JSON::Object;
 
 struct Expected {
   const char* Severity;
@@ -21,30 +16,10 @@ struct Expected {
   const char* Text;  // a part of the message
 };
 
-struct Found {
-  std::string Severity, Kind, File, Message;
-  int Line = 0;
-  int Column = 0;
-};
-
 std::vector<Found> Findings(const std::vector<std::string>& arguments, int expectedStatus) {
   const ToolRun run = RunQrConfig(arguments);
   EXPECT_EQ(expectedStatus, run.Status) << run.Out << run.Err;
-  std::vector<Found> found;
-  auto report = ParseJson(run.Out).extract<Object::Ptr>();
-  auto findings = report->getArray("findings");
-  for (std::size_t i = 0; i < findings->size(); ++i) {
-    auto finding = findings->getObject(static_cast<unsigned>(i));
-    Found f;
-    f.Severity = finding->getValue<std::string>("severity");
-    f.Kind = finding->getValue<std::string>("kind");
-    f.File = finding->isNull("file") ? "" : finding->getValue<std::string>("file");
-    f.Line = finding->isNull("line") ? 0 : finding->getValue<int>("line");
-    f.Column = finding->isNull("column") ? 0 : finding->getValue<int>("column");
-    f.Message = finding->getValue<std::string>("message");
-    found.push_back(f);
-  }
-  return found;
+  return ParseFindings(run.Out);
 }
 
 // The broken installation's planted problems; examples/broken-config/README.md lists them.

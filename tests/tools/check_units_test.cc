@@ -1,16 +1,11 @@
 // The checks one by one, on small installations that hold a single problem each.
 #include <gtest/gtest.h>
 
-#include <Poco/JSON/Array.h>
-#include <Poco/JSON/Object.h>
-
 #include "check/xml_scanner.h"
 #include "support/temp_installation.h"
 #include "tool_runner.h"
 
 namespace {
-
-using Poco::JSON::Object;
 
 const std::string kDriver =
     "  <NetworkLayer Name=\"D\" Implementation=\"C\"><Alias>DA</Alias></NetworkLayer>\n";
@@ -33,22 +28,19 @@ void WriteInstallation(const TempInstallation& install) {
   install.Write("d/d.dsf", Db(""));
 }
 
-// Runs check on the installation and returns the one finding of `kind`, or fails.
-Object::Ptr FindingOf(const TempInstallation& install, std::vector<std::string> options,
-                      const std::string& kind) {
+// Runs check on the installation and returns the one finding of `kind`; fails when there is
+// not exactly one.
+Found FindingOf(const TempInstallation& install, std::vector<std::string> options,
+                const std::string& kind) {
   options.insert(options.begin(),
                  {"check", "--json", "--platform", "TestOS", "--config-dir", install.Dir()});
   const ToolRun run = RunQrConfig(options);
-  auto findings = ParseJson(run.Out).extract<Object::Ptr>()->getArray("findings");
-  Object::Ptr found;
-  for (std::size_t i = 0; i < findings->size(); ++i) {
-    auto finding = findings->getObject(static_cast<unsigned>(i));
-    if (finding->getValue<std::string>("kind") != kind) continue;
-    EXPECT_TRUE(found.isNull()) << "two findings of " << kind << ":\n" << run.Out;
-    found = finding;
+  std::vector<Found> found;
+  for (const Found& f : ParseFindings(run.Out)) {
+    if (f.Kind == kind) found.push_back(f);
   }
-  if (found.isNull()) ADD_FAILURE() << "no finding of " << kind << ":\n" << run.Out;
-  return found;
+  EXPECT_EQ(1u, found.size()) << "findings of " << kind << ":\n" << run.Out;
+  return found.empty() ? Found() : found.front();
 }
 
 struct Case {
@@ -148,14 +140,11 @@ TEST(CheckUnitsTest, EachProblemGivesItsFinding) {
     WriteInstallation(install);
     install.Write("d/t.csl", "[Other]\nUTF-8 = X\n");
     if (*test.File != '\0') install.Write(test.File, test.Content);
-    const Object::Ptr finding = FindingOf(install, test.Options, test.Kind);
-    if (finding.isNull()) continue;
-    EXPECT_EQ(test.Severity, finding->getValue<std::string>("severity"));
-    std::string where = finding->getValue<std::string>("file");
-    if (!finding->isNull("line")) where += ":" + std::to_string(finding->getValue<int>("line"));
-    EXPECT_EQ(test.Where, where);
-    const std::string message = finding->getValue<std::string>("message");
-    EXPECT_NE(std::string::npos, message.find(test.Text)) << message;
+    const Found finding = FindingOf(install, test.Options, test.Kind);
+    EXPECT_EQ(test.Severity, finding.Severity);
+    EXPECT_EQ(test.Where,
+              finding.File + (finding.Line == 0 ? "" : ":" + std::to_string(finding.Line)));
+    EXPECT_NE(std::string::npos, finding.Message.find(test.Text)) << finding.Message;
   }
 }
 
@@ -163,13 +152,11 @@ TEST(CheckUnitsTest, BrokenDriverFileIsAWarningWhenFailuresAreIgnored) {
   TempInstallation install;
   WriteInstallation(install);
   install.Write("d/d.dsf", "<DataAccess>\n<DataBase>\n</DataAccess>\n");
-  EXPECT_EQ("error", FindingOf(install, {}, "xml-error")->getValue<std::string>("severity"));
+  EXPECT_EQ("error", FindingOf(install, {}, "xml-error").Severity);
   install.Write("qr.cfg", TempInstallation::MainFile().replace(
                               TempInstallation::MainFile().find(">No<"), 4, ">Yes<"));
-  EXPECT_EQ("warning", FindingOf(install, {}, "xml-error")->getValue<std::string>("severity"));
-  EXPECT_EQ(
-      "warning",
-      FindingOf(install, {"--mode", "server"}, "xml-error")->getValue<std::string>("severity"));
+  EXPECT_EQ("warning", FindingOf(install, {}, "xml-error").Severity);
+  EXPECT_EQ("warning", FindingOf(install, {"--mode", "server"}, "xml-error").Severity);
 }
 
 TEST(CheckUnitsTest, ScannerCountsLinesAcrossCommentsInstructionsAndText) {
@@ -202,12 +189,9 @@ TEST(CheckUnitsTest, ScannerCountsLinesAcrossCommentsInstructionsAndText) {
 TEST(CheckUnitsTest, MissingDirectoryReportsTheFilesTheStartUpNeeds) {
   const ToolRun run = RunQrConfig({"check", "--json", "--config-dir", "/nonexistent/qr"});
   EXPECT_EQ(1, run.Status);
-  auto findings = ParseJson(run.Out).extract<Object::Ptr>()->getArray("findings");
   std::vector<std::string> missing;
-  for (std::size_t i = 0; i < findings->size(); ++i) {
-    auto finding = findings->getObject(static_cast<unsigned>(i));
-    if (finding->getValue<std::string>("kind") == "missing-file")
-      missing.push_back(finding->getValue<std::string>("file"));
+  for (const Found& f : ParseFindings(run.Out)) {
+    if (f.Kind == "missing-file") missing.push_back(f.File);
   }
   EXPECT_EQ((std::vector<std::string>{"qr.cfg", "driver.cfg", "setup"}), missing);
 }

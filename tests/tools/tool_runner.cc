@@ -4,6 +4,7 @@
 
 #include <sstream>
 
+#include <Poco/JSON/Array.h>
 #include <Poco/JSON/Parser.h>
 
 #include "app/tool.h"
@@ -43,4 +44,23 @@ Poco::Dynamic::Var ParseJson(const std::string& text) {
     ADD_FAILURE() << "not valid JSON (" << error.displayText() << "):\n" << text;
   }
   return {};
+}
+
+std::vector<Found> ParseFindings(const std::string& json) {
+  std::vector<Found> found;
+  const Poco::Dynamic::Var report = ParseJson(json);
+  if (report.isEmpty()) return found;
+  auto findings = report.extract<Poco::JSON::Object::Ptr>()->getArray("findings");
+  for (std::size_t i = 0; i < findings->size(); ++i) {
+    auto finding = findings->getObject(static_cast<unsigned>(i));
+    Found f;
+    f.Severity = finding->getValue<std::string>("severity");
+    f.Kind = finding->getValue<std::string>("kind");
+    f.File = finding->isNull("file") ? "" : finding->getValue<std::string>("file");
+    f.Line = finding->isNull("line") ? 0 : finding->getValue<int>("line");
+    f.Column = finding->isNull("column") ? 0 : finding->getValue<int>("column");
+    f.Message = finding->getValue<std::string>("message");
+    found.push_back(f);
+  }
+  return found;
 }

@@ -22,3 +22,13 @@ std::string BrokenDir();
 
 // Parses `text` as one JSON document; fails the calling test when it is not valid JSON.
 Poco::Dynamic::Var ParseJson(const std::string& text);
+
+// A finding of the JSON report of `check`; File is "" and Line and Column are 0 where the
+// finding names none.
+struct Found {
+  std::string Severity, Kind, File, Message;
+  int Line = 0;
+  int Column = 0;
+};
+// The findings of the JSON report `json`; none (and a failure) when it is not valid JSON.
+std::vector<Found> ParseFindings(const std::string& json);
