@@ -138,7 +138,7 @@ int OtherDriverCount(int drivers) {
 }
 
 std::string OtherDriverName(int index) {
-  return "JavaBridge" + Pad(index, 2);
+  return "RelayBridge" + Pad(index, 2);
 }
 
 std::string DriverList(int drivers) {
@@ -153,7 +153,7 @@ std::string DriverList(int drivers) {
     text += "  </NetworkLayer>\n";
   }
   for (int i = 0; i < OtherDriverCount(drivers); ++i) {
-    text += "  <NetworkLayer Name=\"" + OtherDriverName(i) + "\" Implementation=\"Java\">\n";
+    text += "  <NetworkLayer Name=\"" + OtherDriverName(i) + "\" Implementation=\"Script\">\n";
     text += "    <Alias>JB" + Pad(i, 2) + "</Alias>\n  </NetworkLayer>\n";
   }
   return text + "</DriverList>\n";
@@ -219,7 +219,7 @@ std::string Database(int driver, int database, const std::string& family) {
     text += indent + "  <Library>libqrdrv" + Pad(driver, 3) + "_client.so.21</Library>\n";
     text += indent + "  <Library Platform=\"" + kForeignPlatform + "\">qrdrv" + Pad(driver, 3) +
             ".dll</Library>\n";
-    text += indent + "  <Library Platform=\"" + family + "\">libnnz" + Pad(driver, 3) +
+    text += indent + "  <Library Platform=\"" + family + "\">libcrvsec" + Pad(driver, 3) +
             ".so</Library>\n";
     text += indent + "</Libraries>\n";
   }
@@ -259,9 +259,9 @@ std::string DataAccessFile(int driver, int databases, const std::string& family)
 }
 
 std::string CharSetTable() {
-  const char* const kDatabaseNames[] = {
-      "AL32UTF8",     "WE8ISO8859P1", "WE8ISO8859P15", "JA16EUC",  "JA16SJIS",    "ZHS16GBK",
-      "EE8ISO8859P2", "CL8ISO8859P5", "WE8MSWIN1252",  "US7ASCII", "KO16KSC5601", "AL16UTF16"};
+  const char* const kDatabaseNames[] = {"DB_UTF8",   "DB_LATIN1", "DB_LATIN9",  "DB_EUCJP",
+                                        "DB_SJIS",   "DB_GBK",    "DB_LATIN2",  "DB_CYRILLIC",
+                                        "DB_CP1252", "DB_ASCII",  "DB_KSC5601", "DB_UTF16"};
   std::string text = "; Character-set table: process character sets to the database's names.\n";
   text += "[CharSets]\n";
   const auto& entries = InstallationGenerator::CharSetEntries();
@@ -411,8 +411,8 @@ InstallationGenerator::Summary InstallationGenerator::Write(const std::string& d
     }
   }
   for (int i = 0; i < OtherDriverCount(shape.Drivers); ++i)
-    writer.Write("setup/javabridge" + Pad(i, 2) + ".setup",
-                 SetupFile(OtherDriverName(i), "jb" + Pad(i, 2), 8), FileWriter::StartupXml);
+    writer.Write("setup/relaybridge" + Pad(i, 2) + ".setup",
+                 SetupFile(OtherDriverName(i), "rb" + Pad(i, 2), 8), FileWriter::StartupXml);
   for (const LocalizedTexts& texts : kLocalizedFiles)
     writer.Write(std::string("driver") + texts.FileLocale + ".cfg",
                  LocalizedFile(texts, shape.Drivers), FileWriter::Localized);

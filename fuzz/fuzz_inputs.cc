@@ -122,8 +122,8 @@ const SetupXmlParser& FixedSetup() {
     auto* reader = new SetupXmlParser();
     reader->Parse(Poco::Path(ScratchDir::Instance().Write(
         "fixed.setup",
-        "<Setup><NetworkLayer Name=\"Ora\"/><Directory>drivers/ora</Directory>"
-        "<DataFileName>ora</DataFileName><Version Type=\"Client\">19.3</Version>"
+        "<Setup><NetworkLayer Name=\"Crv\"/><Directory>drivers/crv</Directory>"
+        "<DataFileName>crv</DataFileName><Version Type=\"Client\">19.3</Version>"
         "<Version Type=\"Driver\">4.2</Version></Setup>")));
     return reader;
   }();
@@ -145,7 +145,7 @@ const tree<Node>& FixedDefaults() {
 }
 
 void ParseDataAccessFile(const std::string& path, const std::vector<std::string>& patterns) {
-  tree<Node> driver(Node("Ora"));
+  tree<Node> driver(Node("Crv"));
   std::map<std::string, std::string> names;
   try {
     DsfXmlParser reader(FixedDefaults().root(), driver.root(), names, FixedSetup());
@@ -186,14 +186,14 @@ class FixedTree : public ConfigManagerTypes::Tree {
  public:
   FixedTree() : Tree("Quorin") {
     TreeNode& drivers = *root().ch_push_back(Node("DBDrivers"));
-    TreeNode& ora = *drivers.ch_push_back(Node("Ora"));
-    ora.ch_push_back(Node("db1"));
-    ora.ch_push_back(Node(""));
+    TreeNode& crv = *drivers.ch_push_back(Node("Crv"));
+    crv.ch_push_back(Node("db1"));
+    crv.ch_push_back(Node(""));
     (*drivers.ch_push_back(Node(""))).ch_push_back(Node("x"));
     root().ch_push_back(Node("Traces"));
     root().ch_push_back(Node("A\\B"));  // holds the separator: no path reaches it
     root().ch_push_back(Node("\xC3\xA9"));
-    root().ch_push_back(Node("Ora"));
+    root().ch_push_back(Node("Crv"));
   }
 };
 
@@ -208,7 +208,7 @@ class SampleInstallation {
   }
   std::string Dir() const { return m_Dir; }
   std::string MainFile() const { return m_Dir + "/qr.cfg"; }
-  std::string DataFile() const { return m_Dir + "/drivers/oracle/oracle.dsf"; }
+  std::string DataFile() const { return m_Dir + "/drivers/corvane/corvane.dsf"; }
   const std::string& MainText() const { return m_MainText; }
   const std::string& DataText() const { return m_DataText; }
 
@@ -306,7 +306,7 @@ void RunSetupFile(const std::uint8_t* data, std::size_t size) {
 void RunDataAccessFile(const std::uint8_t* data, std::size_t size) {
   const std::string path = ScratchDir::Instance().Write("fuzz.dsf", Text(data, size));
   ParseDataAccessFile(path, {});
-  ParseDataAccessFile(path, {"db[0-9]+", "ora.*", ""});
+  ParseDataAccessFile(path, {"db[0-9]+", "crv.*", ""});
 }
 
 void RunParameterFile(const std::uint8_t* data, std::size_t size) {

@@ -47,7 +47,7 @@ void RunValueClassification(const std::uint8_t* data, std::size_t size);
 void RunNodePath(const std::uint8_t* data, std::size_t size);
 // A whole start-up over a copy of the sample installation. The first byte selects: bit 0,
 // the file replaced by the rest of the input (0 the main file qr.cfg, 1 the data-access file
-// drivers/oracle/oracle.dsf); bit 1, the mode (0 Library, 1 Server).
+// drivers/corvane/corvane.dsf); bit 1, the mode (0 Library, 1 Server).
 void RunStartup(const std::uint8_t* data, std::size_t size);
 
 // Every target, in a fixed order.

@@ -12,7 +12,7 @@
 //
 //   ; a comment line (also '#')
 //   [CharSets]
-//   ISO8859_1 = WE8ISO8859P1
+//   ISO8859_1 = DB_LATIN1
 //   Retries = 3
 //
 //  - A section header is '[' name ']'; the name is trimmed of white space and must not be

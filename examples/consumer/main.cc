@@ -1,6 +1,6 @@
 // A component that reads its database settings through qr_config: it loads the
-// configuration directory given as its argument, resolves the driver alias "ORA" and the
-// database alias "ORA19", and prints the database's client library and port, the driver's
+// configuration directory given as its argument, resolves the driver alias "CRV" and the
+// database alias "CRV19", and prints the database's client library and port, the driver's
 // localised name and an entry of the database's character-set table.
 #include <qr_config/qr_config.h>
 
@@ -19,8 +19,8 @@ int main(int argc, char** argv) {
     ConfigSession session(Initialization::Library);  // reads the whole directory
     ConfigManager& config = ConfigManager::Instance();
 
-    const std::string& driver = config.ResolveDriverName("ORA");
-    const std::string& database = config.ResolveDatabaseName(driver, "ORA19");
+    const std::string& driver = config.ResolveDriverName("CRV");
+    const std::string& database = config.ResolveDatabaseName(driver, "CRV19");
     ConfigManager::NodePath path(static_cast<const char*>(config.DBDrivers()), driver);
     path += database;
     const ConfigManager::Node& node = config.GetTree().Find(path).value();

@@ -15,23 +15,23 @@ TEST_F(ManagerTest, HostRegistrationsShapeServerMode) {
     m_Install.Write("d/" + driver + ".dsf", "<DataAccess>\n" + databases + "</DataAccess>\n");
   };
 
-  ConfigManager::AddActiveDataSource("Ora", "db[0-9]+");
-  ConfigManager::AddActiveDataSource("Ora", "db[0-9]+");
+  ConfigManager::AddActiveDataSource("Crv", "db[0-9]+");
+  ConfigManager::AddActiveDataSource("Crv", "db[0-9]+");
   ConfigManager::AddActiveDataSource("", "x");
   m_Install.WriteBase("",
-                      "<NetworkLayer Name=\"Ora\" Implementation=\"C\"/>\n"
-                      "<NetworkLayer Name=\"Pg\" Implementation=\"C\"/>\n");
-  setup("Ora",
+                      "<NetworkLayer Name=\"Crv\" Implementation=\"C\"/>\n"
+                      "<NetworkLayer Name=\"Plm\" Implementation=\"C\"/>\n");
+  setup("Crv",
         "<DataBase Name=\"db12\" Active=\"Yes\"/>\n<DataBase Name=\"mydb12\" Active=\"Yes\"/>\n");
-  setup("Pg", "<DataBase Name=\"p1\" Active=\"Yes\"/>\n");
+  setup("Plm", "<DataBase Name=\"p1\" Active=\"Yes\"/>\n");
   Init(Initialization::Server);
-  EXPECT_EQ(Children("\\Quorin\\ActiveDataSources"), (std::vector<std::string>{"Ora"}));
-  EXPECT_EQ(Children("\\Quorin\\ActiveDataSources\\Ora"), (std::vector<std::string>{"db[0-9]+"}));
-  EXPECT_EQ(Children("\\Quorin\\DBDrivers"), (std::vector<std::string>{"Ora"}));
-  EXPECT_EQ(Children("\\Quorin\\DBDrivers\\Ora"), (std::vector<std::string>{"db12"}));
+  EXPECT_EQ(Children("\\Quorin\\ActiveDataSources"), (std::vector<std::string>{"Crv"}));
+  EXPECT_EQ(Children("\\Quorin\\ActiveDataSources\\Crv"), (std::vector<std::string>{"db[0-9]+"}));
+  EXPECT_EQ(Children("\\Quorin\\DBDrivers"), (std::vector<std::string>{"Crv"}));
+  EXPECT_EQ(Children("\\Quorin\\DBDrivers\\Crv"), (std::vector<std::string>{"db12"}));
   ConfigStartup::Destroy();
   Init(Initialization::Library);  // registrations do not reach Library mode
-  EXPECT_EQ(Children("\\Quorin\\DBDrivers"), (std::vector<std::string>{"Ora", "Pg"}));
+  EXPECT_EQ(Children("\\Quorin\\DBDrivers"), (std::vector<std::string>{"Crv", "Plm"}));
 }
 
 }  // namespace

@@ -7,39 +7,40 @@ namespace {
 
 class LoadedTest : public ManagerTest {
  protected:
-  // Driver "Ora" with databases a, b (sharing the table file t), u (Unicode UTF8, no table),
-  // m (a table file that is missing) and "Ora 11" (sharing t).
+  // Driver "Crv" with databases a, b (sharing the table file t), u (Unicode UTF8, no table),
+  // m (a table file that is missing) and "Crv 11" (sharing t).
   void SetUp() override {
     m_Install.WriteBase("",
-                        "<NetworkLayer Name=\"Ora\" Implementation=\"C\"/>\n"
-                        "<NetworkLayer Name=\"Pg\" Implementation=\"C\"/>\n");
-    m_Install.Write("setup/ora.setup",
-                    "<Setup>\n<NetworkLayer Name=\"Ora\"/>\n<Directory>ora</Directory>\n"
-                    "<DataFileName>ora</DataFileName>\n</Setup>\n");
+                        "<NetworkLayer Name=\"Crv\" Implementation=\"C\"/>\n"
+                        "<NetworkLayer Name=\"Plm\" Implementation=\"C\"/>\n");
+    m_Install.Write("setup/crv.setup",
+                    "<Setup>\n<NetworkLayer Name=\"Crv\"/>\n<Directory>crv</Directory>\n"
+                    "<DataFileName>crv</DataFileName>\n</Setup>\n");
     m_Install.Write(
-        "ora/ora.dsf",
+        "crv/crv.dsf",
         "<DataAccess>\n<Defaults>\n<Parameter Name=\"CharSet Table\">t</Parameter>\n"
         "</Defaults>\n"
         "<DataBase Name=\"a\" Active=\"Yes\"/>\n<DataBase Name=\"b\" Active=\"Yes\"/>\n"
         "<DataBase Name=\"u\" Active=\"Yes\">\n<Parameter Name=\"Unicode\">UTF8</Parameter>\n"
         "</DataBase>\n"
         "<DataBase Name=\"m\" Active=\"Yes\">\n<Parameter Name=\"CharSet Table\">gone</Parameter>\n"
-        "</DataBase>\n<DataBase Name=\"Ora 11\" Active=\"Yes\"/>\n</DataAccess>\n");
-    m_Install.Write("setup/pg.setup",
-                    "<Setup>\n<NetworkLayer Name=\"Pg\"/>\n<Directory>pg</Directory>\n"
-                    "<DataFileName>pg</DataFileName>\n</Setup>\n");
-    m_Install.Write("pg/pg.dsf", "<DataAccess/>");
-    m_Install.Write("ora/t.csl", "[TestFamily]\nUTF-8 = AL32UTF8\n");
+        "</DataBase>\n<DataBase Name=\"Crv 11\" Active=\"Yes\"/>\n</DataAccess>\n");
+    m_Install.Write("setup/plm.setup",
+                    "<Setup>\n<NetworkLayer Name=\"Plm\"/>\n<Directory>plm</Directory>\n"
+                    "<DataFileName>plm</DataFileName>\n</Setup>\n");
+    m_Install.Write("plm/plm.dsf", "<DataAccess/>");
+    m_Install.Write("crv/t.csl", "[TestFamily]\nUTF-8 = DB_UTF8\n");
     m_Install.Write(
         "driveren.cfg",
-        "<T>\n<NetworkLayer Name=\"Ora\">\n<Message id=\"Name\">Oracle</Message>\n"
+        "<T>\n<NetworkLayer Name=\"Crv\">\n<Message id=\"Name\">Corvane</Message>\n"
         "<Message id=\"Comment\">native</Message>\n</NetworkLayer>\n"
-        "<NetworkLayer Name=\"Pg\">\n<Message id=\"Comment\">no name: skipped</Message>\n"
+        "<NetworkLayer Name=\"Plm\">\n<Message id=\"Comment\">no name: skipped</Message>\n"
         "</NetworkLayer>\n<NetworkLayer Name=\"Unknown\">\n"
         "<Message id=\"Name\">x</Message>\n</NetworkLayer>\n</T>\n");
-    m_Install.Write("driverfr.cfg",
-                    "<T>\n<NetworkLayer Name=\"Ora\">\n<Message id=\"Name\">Oracle (fr)</Message>\n"
-                    "<Message id=\"Comment\">natif</Message>\n</NetworkLayer>\n</T>\n");
+    m_Install.Write(
+        "driverfr.cfg",
+        "<T>\n<NetworkLayer Name=\"Crv\">\n<Message id=\"Name\">Corvane (fr)</Message>\n"
+        "<Message id=\"Comment\">natif</Message>\n</NetworkLayer>\n</T>\n");
   }
 };
 
@@ -47,19 +48,19 @@ TEST_F(LoadedTest, CharSetTables) {
   ConfigManager& manager = Init();
   EXPECT_EQ(manager.GetPlatformCharSet("Latin"), "ISO-8859-1");
   EXPECT_EQ(CatchQRError([&] { manager.GetPlatformCharSet("latin"); }).Code(), 263);
-  EXPECT_EQ(manager.GetCharSetTableEntry("Ora", "a", "UTF-8"), "AL32UTF8");
-  EXPECT_EQ(&manager.GetCharSetTableEntry("Ora", "a", "UTF-8"),
-            &manager.GetCharSetTableEntry("Ora", "Ora 11", "UTF-8"));
+  EXPECT_EQ(manager.GetCharSetTableEntry("Crv", "a", "UTF-8"), "DB_UTF8");
+  EXPECT_EQ(&manager.GetCharSetTableEntry("Crv", "a", "UTF-8"),
+            &manager.GetCharSetTableEntry("Crv", "Crv 11", "UTF-8"));
   struct Case {
     const char* database;
     const char* name;
     std::int32_t code;
     const char* argument;
   };
-  for (const Case& c : {Case{"u", "UTF-8", 262, "Ora"}, Case{"m", "UTF-8", 262, "Ora"},
-                        Case{"a", "utf-8", 263, "utf-8"}, Case{"A", "UTF-8", 262, "Ora"}}) {
+  for (const Case& c : {Case{"u", "UTF-8", 262, "Crv"}, Case{"m", "UTF-8", 262, "Crv"},
+                        Case{"a", "utf-8", 263, "utf-8"}, Case{"A", "UTF-8", 262, "Crv"}}) {
     SCOPED_TRACE(c.database);
-    QRError error = CatchQRError([&] { manager.GetCharSetTableEntry("Ora", c.database, c.name); });
+    QRError error = CatchQRError([&] { manager.GetCharSetTableEntry("Crv", c.database, c.name); });
     EXPECT_EQ(error.Code(), c.code);
     EXPECT_EQ(error.Argument().str(), c.argument);
   }
@@ -102,25 +103,25 @@ TEST_F(LoadedTest, LocalizeFileNameTriesThreeNames) {
 TEST_F(LoadedTest, LocalizedDriverLoadsOncePerLocale) {
   ConfigManager& manager = Init();
   const Quorin::LocaleDescriptor en("en", "", "UTF-8");
-  tree_node<ConfigManager::Node>& node = manager.GetLocalizedDriver("Ora", en);
+  tree_node<ConfigManager::Node>& node = manager.GetLocalizedDriver("Crv", en);
   EXPECT_EQ(node.value().Name(), "en");
   orv_utf8string text;
   node.value().Find("External Name").Value(text);
-  EXPECT_EQ(text.str(), "Oracle");
+  EXPECT_EQ(text.str(), "Corvane");
   node.value().Find("Comment").Value(text);
   EXPECT_EQ(text.str(), "native");
-  EXPECT_EQ(&manager.GetLocalizedDriver("Ora", en), &node);
+  EXPECT_EQ(&manager.GetLocalizedDriver("Crv", en), &node);
 
-  // Pg has no record with a name: the file was read, the node is still missing.
-  EXPECT_EQ(CatchQRError([&] { manager.GetLocalizedDriver("Pg", en); }).Code(), 50);
-  EXPECT_EQ(Children("\\Quorin\\Localization\\Ora"), (std::vector<std::string>{"en", "en"}));
+  // Plm has no record with a name: the file was read, the node is still missing.
+  EXPECT_EQ(CatchQRError([&] { manager.GetLocalizedDriver("Plm", en); }).Code(), 50);
+  EXPECT_EQ(Children("\\Quorin\\Localization\\Crv"), (std::vector<std::string>{"en", "en"}));
 
   QRError unknown = CatchQRError([&] { manager.GetLocalizedDriver("Nope", en); });
   EXPECT_EQ(unknown.Code(), 22);
   EXPECT_EQ(unknown.Argument().str(), "Nope");
 
   EXPECT_EQ(
-      manager.GetLocalizedDriver("Ora", Quorin::LocaleDescriptor("fr", "BE", "")).value().Name(),
+      manager.GetLocalizedDriver("Crv", Quorin::LocaleDescriptor("fr", "BE", "")).value().Name(),
       "fr_BE");
 }
 
@@ -128,12 +129,12 @@ TEST_F(LoadedTest, MissingLocalizedFileRaises264WithTheLastName) {
   m_Install.Remove("driveren.cfg");
   ConfigManager& manager = Init();
   QRError error = CatchQRError(
-      [&] { manager.GetLocalizedDriver("Ora", Quorin::LocaleDescriptor("de", "AT", "")); });
+      [&] { manager.GetLocalizedDriver("Crv", Quorin::LocaleDescriptor("de", "AT", "")); });
   EXPECT_EQ(error.Code(), 264);
   EXPECT_EQ(error.Argument().str(), m_Install.Path("driveren.cfg"));
   m_Install.Write("driveren.cfg", "<T><NetworkLayer>");
   EXPECT_EQ(CatchQRError([&] {
-              manager.GetLocalizedDriver("Ora", Quorin::LocaleDescriptor("de", "AT", ""));
+              manager.GetLocalizedDriver("Crv", Quorin::LocaleDescriptor("de", "AT", ""));
             }).Code(),
             265);
 }

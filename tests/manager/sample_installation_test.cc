@@ -21,19 +21,18 @@ class SampleInstallation : public ::testing::TestWithParam<Initialization::Mode>
 TEST_P(SampleInstallation, Loads) {
   ConfigSession session(GetParam());
   ConfigManager& config = ConfigManager::Instance();
-  EXPECT_EQ(config.GetNativeDrivers(),
-            (std::vector<std::string>{"Oracle", "PostgreSQL", "SQLite"}));
-  EXPECT_EQ(config.ResolveDatabaseName("Oracle", "ORA19"), "ora19");
-  EXPECT_EQ(config.GetCharSetTableEntry("Oracle", "ora19", "UTF-8"), "AL32UTF8");
+  EXPECT_EQ(config.GetNativeDrivers(), (std::vector<std::string>{"Corvane", "Pelmora", "Filetta"}));
+  EXPECT_EQ(config.ResolveDatabaseName("Corvane", "CRV19"), "crv19");
+  EXPECT_EQ(config.GetCharSetTableEntry("Corvane", "crv19", "UTF-8"), "DB_UTF8");
 
   orv_utf8string name;
-  config.GetLocalizedDriver("Oracle", config.GetLocale("fr", "CA"))
+  config.GetLocalizedDriver("Corvane", config.GetLocale("fr", "CA"))
       .value()
       .Find("External Name")
       .Value(name);
   EXPECT_EQ(name.str(),
             "Base de donn\xC3\xA9"
-            "es Oracle");
+            "es Corvane");
 }
 
 INSTANTIATE_TEST_SUITE_P(BothModes, SampleInstallation,

@@ -18,7 +18,7 @@ std::string Entries(const DrvXmlParser& reader) {
 TEST(DrvXmlParserTest, ReadsNamedNetworkLayersInFileOrder) {
   DrvXmlParser reader;
   reader.Parse(Fixture("driver.cfg"));
-  EXPECT_EQ(Entries(reader), "A(C):a1|a2| B():\n|    b1|\n| A(Java): Inner(): ");
+  EXPECT_EQ(Entries(reader), "A(C):a1|a2| B():\n|    b1|\n| A(Script): Inner(): ");
 }
 
 }  // namespace

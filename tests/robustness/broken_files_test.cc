@@ -225,7 +225,7 @@ const std::vector<FileCase> kDeepCases = {
     DeepIn(FileKind::Main, "TraceGroups",
            "<Traces>" + Nest(kDepth, "Trace", "", " Name=\"T\" Active=\"Yes\"") + "</Traces>\n"),
     DeepIn(FileKind::DriverList, "NetworkLayers",
-           Nest(kDepth, "NetworkLayer", "<Alias>v2</Alias>", " Name=\"Ora\" Implementation=\"C\""),
+           Nest(kDepth, "NetworkLayer", "<Alias>v2</Alias>", " Name=\"Crv\" Implementation=\"C\""),
            "'v1' 'v2'"),
     DeepIn(FileKind::DataAccess, "LibraryLists",
            "<DataBase Name=\"deep\" Active=\"Yes\">" +

@@ -28,7 +28,7 @@ void PrintTo(const FailureCase& c, std::ostream* out) {
 const std::vector<FailureCase> kCases = {
     {"MalformedSetupFile", Initialization::Library,
      [](const ProbeInstallation& f) { f.Write(FileKind::Setup, "<Setup><Directory>"); },
-     "265 @/setup/ora.setup"},
+     "265 @/setup/crv.setup"},
     {"MissingDataAccessFile", Initialization::Library,
      [](const ProbeInstallation& f) { Poco::File(f.Path(FileKind::DataAccess)).remove(); }, "10"},
     {"DataAccessValueOfAnotherType", Initialization::Library,

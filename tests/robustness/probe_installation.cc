@@ -5,7 +5,7 @@
 
 namespace {
 
-const char* const kDb1 = "\\Quorin\\DBDrivers\\Ora\\db1";
+const char* const kDb1 = "\\Quorin\\DBDrivers\\Crv\\db1";
 
 struct KindInfo {
   const char* Name;
@@ -26,23 +26,23 @@ const KindInfo& Info(FileKind kind) {
        "    <Parameter Name=\"CharSet List Extension\">csl</Parameter>\n"
        "    <Parameter Name=\"Probe\">{P}</Parameter>\n  </Settings>\n{X}</Configuration>\n"},
       {"DriverList", "driver.cfg",
-       "{D}<DriverList>\n  <NetworkLayer Name=\"Ora\" Implementation=\"C\">\n"
+       "{D}<DriverList>\n  <NetworkLayer Name=\"Crv\" Implementation=\"C\">\n"
        "    <Alias>{P}</Alias>\n  </NetworkLayer>\n{X}</DriverList>\n"},
-      {"Setup", "setup/ora.setup",
-       "{D}<Setup>\n  <NetworkLayer Name=\"Ora\"/>\n  <Directory>d/Ora</Directory>\n"
-       "  <DataFileName>Ora</DataFileName>\n  <Version Type=\"SetupProbe\">{P}</Version>\n{X}"
+      {"Setup", "setup/crv.setup",
+       "{D}<Setup>\n  <NetworkLayer Name=\"Crv\"/>\n  <Directory>d/Crv</Directory>\n"
+       "  <DataFileName>Crv</DataFileName>\n  <Version Type=\"SetupProbe\">{P}</Version>\n{X}"
        "</Setup>\n"},
-      {"DataAccess", "d/Ora/Ora.dsf",
+      {"DataAccess", "d/Crv/Crv.dsf",
        "{D}<DataAccess>\n  <Defaults>\n    <Parameter Name=\"Unicode\">CharSet</Parameter>\n"
-       "    <Parameter Name=\"CharSet Table\">ora</Parameter>\n  </Defaults>\n"
+       "    <Parameter Name=\"CharSet Table\">crv</Parameter>\n  </Defaults>\n"
        "  <DataBase Name=\"db1\" Active=\"Yes\">\n    <Alias>D1</Alias>\n"
        "    <Parameter Name=\"Probe\">{P}</Parameter>\n  </DataBase>\n{X}</DataAccess>\n"},
       {"Localized", "driveren.cfg",
-       "{D}<DriverTexts>\n  <NetworkLayer Name=\"Ora\">\n"
-       "    <Message id=\"Name\">Oracle</Message>\n    <Message id=\"Comment\">{P}</Message>\n"
+       "{D}<DriverTexts>\n  <NetworkLayer Name=\"Crv\">\n"
+       "    <Message id=\"Name\">Corvane</Message>\n    <Message id=\"Comment\">{P}</Message>\n"
        "  </NetworkLayer>\n{X}</DriverTexts>\n"},
       {"PlatformList", "platform.csl", "[TestOS]\nUTF-8 = UTF-8\nProbe = {P}\n"},
-      {"CharSetTable", "d/Ora/ora.csl", "[CharSets]\nUTF-8 = AL32UTF8\nProbe = {P}\n"},
+      {"CharSetTable", "d/Crv/crv.csl", "[CharSets]\nUTF-8 = DB_UTF8\nProbe = {P}\n"},
   };
   return kinds[static_cast<int>(kind)];
 }
@@ -80,7 +80,7 @@ std::string ExpectedOutcome(FileKind kind, Initialization::Mode mode, const Expe
       return "ok " + (other == expect.ProbeOf.end() ? expect.Probe : other->second);
     }
     case Expect::FileFails:
-      return kind == FileKind::PlatformList ? "10" : "ok 262 Ora";
+      return kind == FileKind::PlatformList ? "10" : "ok 262 Crv";
     case Expect::ParseFails:
       break;
   }
@@ -166,7 +166,7 @@ std::string ProbeInstallation::Probe(FileKind kind) const {
       case FileKind::DriverList: {
         std::string aliases;
         for (const auto& [name, driver] : manager.GetDriverNames()) {
-          if (driver == "Ora" && name != "Ora")
+          if (driver == "Crv" && name != "Crv")
             aliases += (aliases.empty() ? "" : " ") + Quoted(name);
         }
         return aliases.empty() ? "no alias" : aliases;
@@ -177,12 +177,12 @@ std::string ProbeInstallation::Probe(FileKind kind) const {
         return fieldOf(kDb1, "Probe");
       case FileKind::Localized: {
         const Quorin::LocaleDescriptor& english = manager.GetLocale("en", "");
-        return RenderValue(manager.GetLocalizedDriver("Ora", english).value().Find("Comment"));
+        return RenderValue(manager.GetLocalizedDriver("Crv", english).value().Find("Comment"));
       }
       case FileKind::PlatformList:
         return Quoted(manager.GetPlatformCharSet("Probe"));
       case FileKind::CharSetTable:
-        return Quoted(manager.GetCharSetTableEntry("Ora", "db1", "Probe"));
+        return Quoted(manager.GetCharSetTableEntry("Crv", "db1", "Probe"));
     }
   } catch (const QRError& error) {
     return Render(error);

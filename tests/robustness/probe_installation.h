@@ -4,24 +4,24 @@
 //
 // The installation (inside a TempInstallation, for the test platform "TestOS"): the main
 // file with the standard driver-area settings (Library mode does not ignore driver-load
-// failures), a driver list with the native driver "Ora", its setup file, its data-access
+// failures), a driver list with the native driver "Crv", its setup file, its data-access
 // file declaring the active database "db1", the character-set table of db1, the platform
 // character-set list and the English localised driver file. Each file holds the probe at
 // one place:
 //
 //   kind          where the probe stands                  what Probe() reads back
 //   Main          Settings parameter "Probe"               field Probe of \Quorin\DBDrivers
-//   DriverList    the text of Ora's "Alias"                every alias of Ora, byte order
+//   DriverList    the text of Crv's "Alias"                every alias of Crv, byte order
 //   Setup         "Version" of type "SetupProbe"           field SetupProbe of db1
 //   DataAccess    db1's parameter "Probe"                  field Probe of db1
-//   Localized     Ora's "Comment" message                  Comment of GetLocalizedDriver
+//   Localized     Crv's "Comment" message                  Comment of GetLocalizedDriver
 //   PlatformList  entry "Probe" of section [TestOS]        GetPlatformCharSet("Probe")
 //   CharSetTable  entry "Probe" of section [CharSets]      GetCharSetTableEntry of db1
 //
 // Outcome() renders the start-up as "ok <probe>" or as the QRError "<code> <argument>",
 // where the installation's directory in an argument reads "@". Values render as 'text'
 // (String and UTF8String), 42 (Long) or true/false (Bool); a probe that fails renders its
-// QRError the same way, so "ok 5 \Quorin\DBDrivers\Ora\db1" means db1 was not loaded.
+// QRError the same way, so "ok 5 \Quorin\DBDrivers\Crv\db1" means db1 was not loaded.
 #pragma once
 
 #include <cstdint>
@@ -84,7 +84,7 @@ inline Expect FileFails() {
 //  - data-access file: skipped in Server mode, keeping what it had added before the fault;
 //    in Library mode start-up code 10;
 //  - localised file: start-up succeeds, GetLocalizedDriver raises 264 to 267 with its path;
-//  - platform list: start-up code 10; character-set table: db1 gets no table (262 Ora).
+//  - platform list: start-up code 10; character-set table: db1 gets no table (262 Crv).
 std::string ExpectedOutcome(FileKind kind, Initialization::Mode mode, const Expect& expect);
 
 class ProbeInstallation {

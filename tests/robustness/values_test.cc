@@ -54,7 +54,7 @@ std::string AndThen(const std::string& name, const std::string& value) {
          "<Parameter Name=\"Tail\">";
 }
 
-const std::string kDb1Missing = "ok 5 \\Quorin\\DBDrivers\\Ora\\db1";
+const std::string kDb1Missing = "ok 5 \\Quorin\\DBDrivers\\Crv\\db1";
 
 class WrongTypeTest : public ValuesTest, public testing::WithParamInterface<WrongType> {};
 
@@ -88,7 +88,7 @@ const std::vector<WrongType> kWrongTypes = {
     {"ExtensionsIsAnInteger",
      [](const ProbeInstallation& f) {
        f.WriteDocument(FileKind::DataAccess, AndThen("Extensions", "5"));
-       f.Install().MakeDir("d/Ora/extensions/pack");
+       f.Install().MakeDir("d/Crv/extensions/pack");
      },
      FileKind::DataAccess, "ok 'v1'", "ok 'v1'"},
     // Character-set tables: an unreadable "Unicode" counts as "CharSet"; an unreadable table
@@ -97,8 +97,8 @@ const std::vector<WrongType> kWrongTypes = {
      [](const ProbeInstallation& f) { f.WriteEdited(FileKind::DataAccess, ">CharSet<", ">5<"); },
      FileKind::CharSetTable, "ok 'v1'", "ok 'v1'"},
     {"CharSetTableIsAnInteger",
-     [](const ProbeInstallation& f) { f.WriteEdited(FileKind::DataAccess, ">ora<", ">5<"); },
-     FileKind::CharSetTable, "ok 262 Ora", "ok 262 Ora"},
+     [](const ProbeInstallation& f) { f.WriteEdited(FileKind::DataAccess, ">crv<", ">5<"); },
+     FileKind::CharSetTable, "ok 262 Crv", "ok 262 Crv"},
 };
 
 INSTANTIATE_TEST_SUITE_P(Loaders, WrongTypeTest, testing::ValuesIn(kWrongTypes),
@@ -124,12 +124,12 @@ class NamesTest : public ValuesTest, public testing::WithParamInterface<Names> {
     m_Install.Write("driver.cfg", header + "<DriverList><NetworkLayer Name=\"" + n.Driver +
                                       "\" Implementation=\"C\">\n<Alias>" + n.Alias +
                                       "</Alias>\n</NetworkLayer></DriverList>\n");
-    m_Install.Write("setup/ora.setup",
+    m_Install.Write("setup/crv.setup",
                     header + "<Setup><NetworkLayer Name=\"" + n.Driver +
-                        "\"/>\n<Directory>d/Ora</Directory>\n<DataFileName>Ora</DataFileName>\n"
+                        "\"/>\n<Directory>d/Crv</Directory>\n<DataFileName>Crv</DataFileName>\n"
                         "</Setup>\n");
-    m_Install.Write("d/Ora/Ora.dsf",
-                    header + "<DataAccess><Defaults>" + ParameterElement("CharSet Table", "ora") +
+    m_Install.Write("d/Crv/Crv.dsf",
+                    header + "<DataAccess><Defaults>" + ParameterElement("CharSet Table", "crv") +
                         "</Defaults>\n<DataBase Name=\"" + n.Database +
                         "\" Active=\"Yes\">\n<Alias>" + n.DatabaseAlias + "</Alias>\n" +
                         ParameterElement(n.Parameter, n.Value) + "\n</DataBase></DataAccess>\n");
@@ -154,7 +154,7 @@ TEST_P(NamesTest, LoadAndResolve) {
 
   EXPECT_EQ(manager.ResolveDriverName(n.Alias), n.Driver);
   EXPECT_EQ(manager.ResolveDatabaseName(n.Driver, n.DatabaseAlias), n.Database);
-  EXPECT_EQ(manager.GetCharSetTableEntry(n.Driver, n.Database, "UTF-8"), "AL32UTF8");
+  EXPECT_EQ(manager.GetCharSetTableEntry(n.Driver, n.Database, "UTF-8"), "DB_UTF8");
   EXPECT_EQ(TextOf(manager.GetTree().Find(manager.DBDrivers()).value().Find(n.Parameter)), n.Value);
   EXPECT_EQ(Children("\\Quorin\\DBDrivers"), std::vector<std::string>{n.Driver});
   EXPECT_EQ(Children("\\Quorin\\Localization"), std::vector<std::string>{n.Driver});
@@ -212,7 +212,7 @@ TEST_F(ValuesTest, ParameterFileLinesUpToTheLimit) {
   EXPECT_EQ(m_Files.Outcome(FileKind::CharSetTable, Initialization::Library),
             "ok '" + std::string(limit - 8, 'x') + "'");
   m_Files.Write(FileKind::CharSetTable, "[CharSets]\n" + longest + "x\n");
-  EXPECT_EQ(m_Files.Outcome(FileKind::CharSetTable, Initialization::Library), "ok 262 Ora");
+  EXPECT_EQ(m_Files.Outcome(FileKind::CharSetTable, Initialization::Library), "ok 262 Crv");
   m_Files.Write(FileKind::PlatformList, "[TestOS]\nUTF-8 = UTF-8\n" + longest + "x\n");
   EXPECT_EQ(m_Files.Outcome(FileKind::PlatformList, Initialization::Library), "10");
 }

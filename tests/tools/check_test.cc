@@ -24,29 +24,32 @@ std::vector<Found> Findings(const std::vector<std::string>& arguments, int expec
 
 // The broken installation's planted problems; examples/broken-config/README.md lists them.
 const Expected kBroken[] = {
-    {"error", "xml-error", "drivers/postgres/postgres.dsf", 11,
+    {"error", "xml-error", "drivers/pelmora/pelmora.dsf", 11,
      "not well-formed XML (mismatched tag)"},
     {"warning", "unknown-element", "qr.cfg", 38, "no element \"Parmeter\""},
-    {"warning", "unknown-attribute", "drivers/oracle/oracle.dsf", 24, "did you mean \"Platform\"?"},
+    {"warning", "unknown-attribute", "drivers/corvane/corvane.dsf", 24,
+     "did you mean \"Platform\"?"},
     {"warning", "unknown-value", "driverfr.cfg", 9, "message id \"Coment\""},
-    {"warning", "value-layout", "drivers/oracle/oracle.dsf", 19, "\"Main production database\""},
+    {"warning", "value-layout", "drivers/corvane/corvane.dsf", 19, "\"Main production database\""},
     {"error", "value-type", "qr.cfg", 35, "\"SQL External Extension\" is written as \"42\""},
     {"error", "value-type", "qr.cfg", 34, "\"Ignore Driver Load Failure\" is written as \"1\""},
     {"warning", "ignored-element", "qr.cfg", 52, "sets \"Retry Count\""},
-    {"note", "setup-skipped", "setup/oracle.32.setup", 0, "left out"},
-    {"error", "missing-data-file", "setup/sqlite.setup", 5, "sqlite3.dsf"},
-    {"warning", "unknown-driver", "setup/mysql.setup", 3, "\"MySQL\""},
-    {"note", "non-native-driver", "setup/jdbc.setup", 4, "Implementation \"Java\""},
-    {"warning", "alias-collision", "driver.cfg", 19, "alias \"ORA\" of the driver \"JDBC Bridge\""},
-    {"warning", "alias-collision", "drivers/oracle/oracle.dsf", 26,
-     "alias \"ORA19\" of the database \"ora21\""},
-    {"note", "database-skipped", "drivers/oracle/oracle.dsf", 37,
-     "\"ora19win\" is for the platforms \"Windows\""},
-    {"warning", "database-skipped", "drivers/oracle/oracle.dsf", 42, "\"ora12\" has no \"Active\""},
-    {"note", "database-skipped", "drivers/oracle/oracle.dsf", 47, "\"ora_archive\" matches none"},
-    {"note", "database-skipped", "drivers/oracle/oracle.dsf", 52, "\"ora11\" is not active"},
-    {"warning", "charset-table", "drivers/oracle/oracle.dsf", 24, "oracle21.csl"},
-    {"warning", "unknown-driver", "driverde_DE.cfg", 7, "did you mean \"SQLite\"?"},
+    {"note", "setup-skipped", "setup/corvane.32.setup", 0, "left out"},
+    {"error", "missing-data-file", "setup/filetta.setup", 5, "filetta3.dsf"},
+    {"warning", "unknown-driver", "setup/dorvik.setup", 3, "\"Dorvik\""},
+    {"note", "non-native-driver", "setup/relay.setup", 4, "Implementation \"Script\""},
+    {"warning", "alias-collision", "driver.cfg", 19,
+     "alias \"CRV\" of the driver \"Relay Bridge\""},
+    {"warning", "alias-collision", "drivers/corvane/corvane.dsf", 26,
+     "alias \"CRV19\" of the database \"crv21\""},
+    {"note", "database-skipped", "drivers/corvane/corvane.dsf", 37,
+     "\"crv19win\" is for the platforms \"Windows\""},
+    {"warning", "database-skipped", "drivers/corvane/corvane.dsf", 42,
+     "\"crv12\" has no \"Active\""},
+    {"note", "database-skipped", "drivers/corvane/corvane.dsf", 47, "\"crv_archive\" matches none"},
+    {"note", "database-skipped", "drivers/corvane/corvane.dsf", 52, "\"crv11\" is not active"},
+    {"warning", "charset-table", "drivers/corvane/corvane.dsf", 24, "corvane21.csl"},
+    {"warning", "unknown-driver", "driverde_DE.cfg", 7, "did you mean \"Filetta\"?"},
     {"error", "load-failure", "", 0, "QRError 10"},
 };
 
@@ -77,12 +80,12 @@ TEST(CheckTest, TextReportNamesFileLineSeverityAndKind) {
   const ToolRun run = RunQrConfig({"check", "--config-dir", BrokenDir()});
   EXPECT_EQ(1, run.Status);
   for (const char* line :
-       {"\ndrivers/postgres/postgres.dsf:11:38: error: The data-access file is not well-formed "
+       {"\ndrivers/pelmora/pelmora.dsf:11:38: error: The data-access file is not well-formed "
         "XML (mismatched tag): the start-up fails. [xml-error]\n    Fix the XML syntax",
         "\nqr.cfg:38: warning: The main configuration file has no element \"Parmeter\": the "
         "reader passes over it (did you mean \"Parameter\"?). [unknown-element]\n    Write "
         "\"Parameter\"; names are case-sensitive.\n",
-        "\nsetup/oracle.32.setup: note: ", "\ncheck: error: The library does not load",
+        "\nsetup/corvane.32.setup: note: ", "\ncheck: error: The library does not load",
         "\n5 errors, 11 warnings, 5 notes in "}) {
     SCOPED_TRACE(line);
     EXPECT_NE(std::string::npos, ("\n" + run.Out).find(line)) << run.Out;
@@ -103,17 +106,18 @@ TEST(CheckTest, SampleHasNotesOnlyAndLoads) {
 
 TEST(CheckTest, ServerModeAppliesTheRegisteredActiveSources) {
   const std::vector<Found> found =
-      Findings({"check", "--json", "--mode", "server", "--active", "Oracle=ora2."}, 0);
+      Findings({"check", "--json", "--mode", "server", "--active", "Corvane=crv2."}, 0);
   std::vector<std::string> skipped;
   for (const Found& f : found) {
     if (f.Kind == "driver-skipped" || f.Kind == "database-skipped")
       skipped.push_back(f.File + ":" + std::to_string(f.Line));
   }
   std::sort(skipped.begin(), skipped.end());  // setup files come in directory-listing order
-  EXPECT_EQ((std::vector<std::string>{
-                "drivers/oracle/oracle.dsf:15", "drivers/oracle/oracle.dsf:32",
-                "drivers/oracle/oracle.dsf:37", "setup/postgres.setup:3", "setup/sqlite.setup:3"}),
-            skipped);
+  EXPECT_EQ(
+      (std::vector<std::string>{"drivers/corvane/corvane.dsf:15", "drivers/corvane/corvane.dsf:32",
+                                "drivers/corvane/corvane.dsf:37", "setup/filetta.setup:3",
+                                "setup/pelmora.setup:3"}),
+      skipped);
 }
 
 }  // namespace

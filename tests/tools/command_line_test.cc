@@ -40,11 +40,11 @@ TEST(CommandLineTest, ReadsCommandArgumentsAndFlagsAnywhere) {
 
 TEST(CommandLineTest, ReadsOptionValuesInBothForms) {
   const Invocation invocation = ParseCommandLine(
-      {"--mode", "server", "drivers", "--param", "A=B", "--param=C=", "--active", "Oracle=ora.*",
+      {"--mode", "server", "drivers", "--param", "A=B", "--param=C=", "--active", "Corvane=crv.*",
        "--platform=AIX", "--config-dir", "/etc/quorin", "--param", "A=x=y"});
   EXPECT_EQ(Initialization::Server, invocation.Mode);
   EXPECT_EQ((Pairs{{"A", "B"}, {"C", ""}, {"A", "x=y"}}), invocation.Parameters);
-  EXPECT_EQ((Pairs{{"Oracle", "ora.*"}}), invocation.ActiveSources);
+  EXPECT_EQ((Pairs{{"Corvane", "crv.*"}}), invocation.ActiveSources);
   EXPECT_EQ("AIX", invocation.Platform);
   EXPECT_EQ("/etc/quorin", invocation.ConfigDirectory);
   EXPECT_EQ(Initialization::Library, ParseCommandLine({"drivers"}).Mode);
@@ -70,7 +70,7 @@ TEST(CommandLineTest, RefusesMalformedLinesWithASentence) {
       {{"tree", "--mode", "both"}, "--mode takes server or library, not \"both\""},
       {{"tree", "--param", "novalue"}, "--param takes NAME=VALUE, not \"novalue\""},
       {{"tree", "--param", "=v"}, "--param takes NAME=VALUE"},
-      {{"tree", "--active", "Oracle="}, "--active takes DRIVER=PATTERN"},
+      {{"tree", "--active", "Corvane="}, "--active takes DRIVER=PATTERN"},
       {{"tree", "--config-dir", ""}, "--config-dir needs a directory"},
       {{"tree", "--platform", ""}, "--platform needs a platform name"},
       {{"tree", "a", "b"}, "tree takes 0 or 1 argument (tree [NODEPATH]), not 2"},

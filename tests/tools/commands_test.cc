@@ -33,32 +33,33 @@ TEST(CommandsTest, PrintExactlyWhatTheSampleHolds) {
       {{"get", "/Quorin/Traces"}, "Active: Bool = true\nClassID: String = \"qr.logger.file\"\n"},
       {{"get", "/Quorin/DBDrivers", "Connection Timeout"}, "60\n"},
       {{"get", "\\Quorin\\DBDrivers", "Connection Timeout", "--mode", "server"}, "10\n"},
-      {{"get", "/Quorin/DBDrivers/Oracle/ora19", "Driver Capabilities"}, "Read,Write,Repository\n"},
+      {{"get", "/Quorin/DBDrivers/Corvane/crv19", "Driver Capabilities"},
+       "Read,Write,Repository\n"},
       {{"drivers"},
-       "DRIVER       NATIVE  DATABASES  ALIASES\n"
-       "Oracle       yes     2          ORA, oracle\n"
-       "PostgreSQL   yes     2          PG, postgres\n"
-       "SQLite       yes     1          LITE\n"
-       "JDBC Bridge  no      -          JDBC\n"},
-      {{"databases", "PG"},
-       "Driver PostgreSQL, 2 databases:\n"
-       "pg15\n  aliases:    PG15\n  library:    libpq.so.5\n  directory:  drivers/postgres\n"
-       "pg16\n  aliases:    PG16\n  library:    libpq.so.5\n  directory:  drivers/postgres\n"},
-      {{"databases", "JDBC"},
-       "Driver JDBC Bridge is not native (not implemented in C): the library loads no "
+       "DRIVER        NATIVE  DATABASES  ALIASES\n"
+       "Corvane       yes     2          CRV, corvane\n"
+       "Pelmora       yes     2          PLM, pelmora\n"
+       "Filetta       yes     1          LITE\n"
+       "Relay Bridge  no      -          RELAY\n"},
+      {{"databases", "PLM"},
+       "Driver Pelmora, 2 databases:\n"
+       "plm15\n  aliases:    PLM15\n  library:    libplmc.so.5\n  directory:  drivers/pelmora\n"
+       "plm16\n  aliases:    PLM16\n  library:    libplmc.so.5\n  directory:  drivers/pelmora\n"},
+      {{"databases", "RELAY"},
+       "Driver Relay Bridge is not native (not implemented in C): the library loads no "
        "databases for it.\n"},
-      {{"resolve", "ORA"}, "Oracle\n"},
-      {{"resolve", "postgres", "PG16"}, "pg16\n"},
+      {{"resolve", "CRV"}, "Corvane\n"},
+      {{"resolve", "pelmora", "PLM16"}, "plm16\n"},
       {{"locale", "fr", "CA"},
        "identifier:  fr_CA\nlanguage:    fr\ncountry:     CA\ncharset:     ISO-8859-1\n"
        "platform:    " +
            Process::Defaults().Name + "\n"},
-      {{"texts", "ORA", "de", "DE"},
-       "driver:         Oracle\nlocale:         de_DE\nfile:           " + SampleDir() +
-           "/driverde_DE.cfg\nExternal Name:  Oracle-Datenbank\n"
-           "Comment:        Nativer Treiber für Oracle Database ab 19c\n"},
+      {{"texts", "CRV", "de", "DE"},
+       "driver:         Corvane\nlocale:         de_DE\nfile:           " + SampleDir() +
+           "/driverde_DE.cfg\nExternal Name:  Corvane-Datenbank\n"
+           "Comment:        Nativer Treiber für Corvane ab Version 19\n"},
       {{"charset", "ISO-8859-1"}, "ISO-8859-1\n"},
-      {{"charset", "ORA", "ORA19", "ISO-8859-15"}, "WE8ISO8859P15\n"},
+      {{"charset", "CRV", "CRV19", "ISO-8859-15"}, "DB_LATIN9\n"},
   };
   for (const ExactOutput& expected : cases) {
     SCOPED_TRACE(::testing::PrintToString(expected.Arguments));
@@ -73,11 +74,15 @@ TEST(CommandsTest, WholeTreeStartsAtTheRootAndIndentsEveryLevel) {
   const ToolRun run = RunQrConfig({"tree"});
   ASSERT_EQ(0, run.Status) << run.Err;
   EXPECT_EQ(0u, run.Out.find("\\Quorin\n├── Config Directory: String = \"" + SampleDir() + "\"\n"));
-  for (const char* line : {"\n│   ├── Connection Timeout: Long = 60\n",
-                           "\n│   │   │   └── Extensions: String = \"spatial,text\"\n",
-                           "\n│       └── pg16\n", "\n└── Localization\n"}) {
+  for (const char* line :
+       {"\n│   ├── Connection Timeout: Long = 60\n",
+        "\n│   │   │   └── Extensions: String = \"spatial,text\"\n", "\n└── Localization\n"}) {
     EXPECT_NE(std::string::npos, run.Out.find(line)) << line;
   }
+  // The drivers come in the setup directory's listing order, so Pelmora may or may not be
+  // the last one.
+  EXPECT_TRUE(run.Out.find("\n│   │   └── plm16\n") != std::string::npos ||
+              run.Out.find("\n│       └── plm16\n") != std::string::npos);
 }
 
 struct FailingQuery {
@@ -102,16 +107,16 @@ TEST(CommandsTest, FailuresExitWithOneAndSayWhatToDo) {
        "QRError 261: no field named \"Port\".",
        "'qrconfig get NODEPATH'"},
       {{"tree", ""}, "QRError 4: the node path has no levels.", "at least one level"},
-      {{"databases", "MYSQL"}, "QRError 22: no driver named \"MYSQL\".", "'qrconfig drivers'"},
-      {{"resolve", "ORA", "ora99"},
-       "QRError 13: no database named \"ora99\".",
+      {{"databases", "DORVIK"}, "QRError 22: no driver named \"DORVIK\".", "'qrconfig drivers'"},
+      {{"resolve", "CRV", "crv99"},
+       "QRError 13: no database named \"crv99\".",
        "'qrconfig databases DRIVER'"},
       {{"locale", "xx"}, "QRError 270: unknown locale \"xx\".", "Locale entries of qr.cfg"},
       {{"charset", "EBCDIC"},
        "QRError 263: no character-set entry named \"EBCDIC\".",
        "character-set list"},
-      {{"charset", "PG", "pg15", "UTF-8"},
-       "QRError 262: no character-set table for driver \"PostgreSQL\".",
+      {{"charset", "PLM", "plm15", "UTF-8"},
+       "QRError 262: no character-set table for driver \"Pelmora\".",
        "\"Unicode\" = CharSet"},
   };
   for (const FailingQuery& query : cases) {
@@ -125,9 +130,9 @@ TEST(CommandsTest, FailuresExitWithOneAndSayWhatToDo) {
 }
 
 TEST(CommandsTest, ActiveSourcesInLibraryModeGetANote) {
-  const ToolRun run = RunQrConfig({"resolve", "LITE", "--active", "SQLite=none"});
+  const ToolRun run = RunQrConfig({"resolve", "LITE", "--active", "Filetta=none"});
   EXPECT_EQ(0, run.Status);
-  EXPECT_EQ("SQLite\n", run.Out);
+  EXPECT_EQ("Filetta\n", run.Out);
   EXPECT_EQ(
       "qrconfig: note: --active has no effect in library mode, where the main file's "
       "ActiveDataSources section applies; add --mode server.\n",
@@ -144,30 +149,30 @@ TEST(CommandsTest, JsonOutputsAreValidAndCarryTheSameData) {
   EXPECT_EQ("DBDrivers", root->getArray("children")->getObject(0)->getValue<std::string>("name"));
 
   auto port =
-      ParseJson(RunQrConfig({"get", "/Quorin/DBDrivers/Oracle/ora21", "Port", "--json"}).Out)
+      ParseJson(RunQrConfig({"get", "/Quorin/DBDrivers/Corvane/crv21", "Port", "--json"}).Out)
           .extract<Object::Ptr>();
   EXPECT_EQ("Long", port->getValue<std::string>("type"));
   EXPECT_EQ(1522, port->getValue<int>("value"));
 
   auto drivers = ParseJson(RunQrConfig({"drivers", "--json"}).Out).extract<Object::Ptr>();
-  auto oracle = drivers->getArray("drivers")->getObject(0);
-  EXPECT_EQ("Oracle", oracle->getValue<std::string>("name"));
-  EXPECT_EQ(2, oracle->getValue<int>("databases"));
-  EXPECT_EQ("oracle", oracle->getArray("aliases")->getElement<std::string>(1));
-  auto jdbc = drivers->getArray("drivers")->getObject(3);
-  EXPECT_FALSE(jdbc->getValue<bool>("loaded"));
+  auto corvane = drivers->getArray("drivers")->getObject(0);
+  EXPECT_EQ("Corvane", corvane->getValue<std::string>("name"));
+  EXPECT_EQ(2, corvane->getValue<int>("databases"));
+  EXPECT_EQ("corvane", corvane->getArray("aliases")->getElement<std::string>(1));
+  auto relay = drivers->getArray("drivers")->getObject(3);
+  EXPECT_FALSE(relay->getValue<bool>("loaded"));
 
   auto databases =
-      ParseJson(RunQrConfig({"databases", "ORA", "--json"}).Out).extract<Object::Ptr>();
-  auto ora21 = databases->getArray("databases")->getObject(1);
-  EXPECT_EQ("Undefined", ora21->getValue<std::string>("library"));
-  EXPECT_EQ("libnnz21.so", ora21->getArray("libraries")->getElement<std::string>(1));
+      ParseJson(RunQrConfig({"databases", "CRV", "--json"}).Out).extract<Object::Ptr>();
+  auto crv21 = databases->getArray("databases")->getObject(1);
+  EXPECT_EQ("Undefined", crv21->getValue<std::string>("library"));
+  EXPECT_EQ("libcrvsec21.so", crv21->getArray("libraries")->getElement<std::string>(1));
 
-  auto texts = ParseJson(RunQrConfig({"texts", "ORA", "fr", "--json"}).Out).extract<Object::Ptr>();
-  EXPECT_EQ("Base de données Oracle", texts->getValue<std::string>("External Name"));
+  auto texts = ParseJson(RunQrConfig({"texts", "CRV", "fr", "--json"}).Out).extract<Object::Ptr>();
+  EXPECT_EQ("Base de données Corvane", texts->getValue<std::string>("External Name"));
 
   for (const std::vector<std::string>& line :
-       std::vector<std::vector<std::string>>{{"resolve", "PG", "PG15", "--json"},
+       std::vector<std::vector<std::string>>{{"resolve", "PLM", "PLM15", "--json"},
                                              {"locale", "en", "--json"},
                                              {"charset", "UTF-8", "--json"},
                                              {"get", "/Quorin/Traces", "--json"},

@@ -15,7 +15,7 @@ std::string AdviceFor(std::int32_t code);
 
 // The error as one message: the error's own text (QRError::what(): the code, its meaning and
 // the name or file involved), a full stop, and AdviceFor its code. For example:
-//   QRError 22: no driver named "ORAX". List the drivers and their aliases with
+//   QRError 22: no driver named "CRVX". List the drivers and their aliases with
 //   'qrconfig drivers'; names are case-sensitive.
 std::string ErrorSentence(const QRError& error);
 
