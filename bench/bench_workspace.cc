@@ -7,8 +7,8 @@
 #include <memory>
 #include <stdexcept>
 
-#include "config/manager/config_startup.h"
-#include "platform/registry.h"
+#include "qr_config/config/manager/config_startup.h"
+#include "qr_config/platform/registry.h"
 
 namespace fs = std::filesystem;
 

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "bench/generate_installation.h"
-#include "config/manager/initialization.h"
+#include "qr_config/config/manager/initialization.h"
 
 class BenchWorkspace {
  public:

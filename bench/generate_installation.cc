@@ -4,7 +4,7 @@
 #include <fstream>
 #include <stdexcept>
 
-#include "platform/process.h"
+#include "qr_config/platform/process.h"
 
 namespace fs = std::filesystem;
 

@@ -15,7 +15,7 @@
 #include "bench/bench_results.h"
 #include "bench/bench_workspace.h"
 #include "bench/benchmarks.h"
-#include "config/manager/config_manager.h"
+#include "qr_config/config/manager/config_manager.h"
 
 namespace {
 

@@ -13,8 +13,8 @@
 #include "bench/cache_evictor.h"
 #include "bench/process_memory.h"
 #include "bench/xml_floor.h"
-#include "config/manager/config_manager.h"
-#include "config/manager/config_startup.h"
+#include "qr_config/config/manager/config_manager.h"
+#include "qr_config/config/manager/config_startup.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <memory>
 #include <stdexcept>
 
-#include "platform/orv_xml_parser.h"
+#include "qr_config/platform/orv_xml_parser.h"
 
 namespace {
 

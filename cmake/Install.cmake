@@ -2,17 +2,17 @@
 # documentation and the sample installation, with a CMake package (find_package(qr_config
 # CONFIG) gives the target qr_config::qr_config) and a pkg-config file.
 #
-# Header layout. The public headers include one another as "config/..." and "platform/...",
-# so they are installed with their folders under one include folder of their own,
+# Header layout. Every header of the library includes the others as "qr_config/config/..."
+# and "qr_config/platform/...", so they are installed under one include folder of their own,
 #   <includedir>/qr_config/config/...   and   <includedir>/qr_config/platform/...,
-# beside a forwarding header <includedir>/qr_config/qr_config.h. The target's include path
-# holds both <includedir> (for #include <qr_config/qr_config.h>) and <includedir>/qr_config
-# (for the headers' own includes); nothing is installed loose in <includedir>.
+# with the umbrella header config/qr_config.h as <includedir>/qr_config/qr_config.h. The
+# target's include path holds <includedir> alone: qr_config/ is the only top-level name a
+# consumer's include path receives, so its own config/ or platform/ folders cannot collide.
 #
 # Which headers are public is not a hand-kept list: it is every header that the umbrella
-# header config/qr_config.h includes, directly or through other headers, found here by
-# following their #include "config/..." and #include "platform/..." lines. Internal headers
-# (readers, the manager's implementation, the XML layer) are therefore never installed.
+# header includes, directly or through other headers, found here by following their
+# #include "qr_config/..." lines. Internal headers (readers, the manager's implementation,
+# the XML layer) are therefore never installed.
 include(CMakePackageConfigHelpers)
 
 set(QR_INSTALL_CMAKEDIR "${CMAKE_INSTALL_LIBDIR}/cmake/qr_config")
@@ -30,14 +30,15 @@ function(qr_public_headers out)
     endif()
     list(APPEND found "${header}")
     file(STRINGS "${PROJECT_SOURCE_DIR}/${header}" lines
-         REGEX "^[ \t]*#[ \t]*include[ \t]+\"(config|platform)/[^\"]+\"")
+         REGEX "^[ \t]*#[ \t]*include[ \t]+\"qr_config/(config|platform)/[^\"]+\"")
     foreach(line IN LISTS lines)
-      string(REGEX REPLACE "^[^\"]*\"([^\"]+)\".*$" "\\1" included "${line}")
+      string(REGEX REPLACE "^[^\"]*\"qr_config/([^\"]+)\".*$" "\\1" included "${line}")
       if(NOT included IN_LIST found)
         list(APPEND pending "${included}")
       endif()
     endforeach()
   endwhile()
+  list(REMOVE_ITEM found "config/qr_config.h")
   list(SORT found)
   set(${out} "${found}" PARENT_SCOPE)
 endfunction()
@@ -48,21 +49,13 @@ foreach(header IN LISTS QR_PUBLIC_HEADERS)
   install(FILES "${PROJECT_SOURCE_DIR}/${header}"
           DESTINATION "${QR_INSTALL_HEADERDIR}/${folder}" COMPONENT Development)
 endforeach()
-# Re-run the configuration when a public header changes its includes.
-set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${QR_PUBLIC_HEADERS})
-
-set(QR_FORWARDING_HEADER "${PROJECT_BINARY_DIR}/include/qr_config/qr_config.h")
-file(WRITE "${QR_FORWARDING_HEADER}.in"
-     "// qr_config: the one header an outside project includes, as <qr_config/qr_config.h>.\n"
-     "// It forwards to the umbrella header; docs/developer-guide.md describes the API.\n"
-     "#pragma once\n\n#include \"config/qr_config.h\"\n")
-configure_file("${QR_FORWARDING_HEADER}.in" "${QR_FORWARDING_HEADER}" COPYONLY)
-install(FILES "${QR_FORWARDING_HEADER}" DESTINATION "${QR_INSTALL_HEADERDIR}"
+install(FILES "${PROJECT_SOURCE_DIR}/config/qr_config.h" DESTINATION "${QR_INSTALL_HEADERDIR}"
         COMPONENT Development)
+# Re-run the configuration when a public header changes its includes.
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS
+             "${PROJECT_SOURCE_DIR}/config/qr_config.h" ${QR_PUBLIC_HEADERS})
 
-target_include_directories(qr_config INTERFACE
-  $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>
-  $<INSTALL_INTERFACE:${QR_INSTALL_HEADERDIR}>)
+target_include_directories(qr_config INTERFACE $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
 
 # The library: libqr_config.so.<version>, the soname link libqr_config.so.<major> (runtime)
 # and the namelink libqr_config.so (development).

@@ -1,4 +1,4 @@
-#include "config/version.h"
+#include "qr_config/config/version.h"
 
 namespace qr_config {
 const char* Version() noexcept {

@@ -1,7 +1,7 @@
 // The library's version, as built.
 #pragma once
 
-#include "platform/qr_export.h"
+#include "qr_config/platform/qr_export.h"
 
 namespace qr_config {
 // "major.minor.patch" of the library that is loaded (not of the headers compiled against).

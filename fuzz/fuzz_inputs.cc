@@ -11,14 +11,14 @@
 #include <map>
 #include <stdexcept>
 
-#include "config/manager/config_keys.h"
-#include "config/qr_config.h"
-#include "config/readers/cfg_xml_parser.h"
-#include "config/readers/drv_xml_parser.h"
-#include "config/readers/dsf_xml_parser.h"
-#include "config/readers/loc_drv_xml_parser.h"
-#include "config/readers/setup_xml_parser.h"
-#include "platform/xml_parser.h"
+#include "qr_config/config/manager/config_keys.h"
+#include "qr_config/config/readers/cfg_xml_parser.h"
+#include "qr_config/config/readers/drv_xml_parser.h"
+#include "qr_config/config/readers/dsf_xml_parser.h"
+#include "qr_config/config/readers/loc_drv_xml_parser.h"
+#include "qr_config/config/readers/setup_xml_parser.h"
+#include "qr_config/platform/xml_parser.h"
+#include "qr_config/qr_config.h"
 
 #ifndef QR_SAMPLE_CONFIG_DIR
 #error "QR_SAMPLE_CONFIG_DIR must name examples/sample-config"

@@ -1,4 +1,4 @@
-#include "platform/error.h"
+#include "qr_config/platform/error.h"
 
 namespace Quorin {
 

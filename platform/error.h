@@ -2,7 +2,7 @@
 //
 // Quorin::Error is the root of the chain and a std::exception, so what() always gives a
 // readable sentence. Quorin::QRError is the numbered error of the middleware; the library
-// itself throws only ::QRError (config/manager/qr_error.h), which derives from it. All three
+// itself throws only ::QRError (platform/qr_error.h), which derives from it. All three
 // levels can be caught.
 #pragma once
 
@@ -11,8 +11,8 @@
 #include <memory>
 #include <string>
 
-#include "platform/i18n_string.h"
-#include "platform/qr_export.h"
+#include "qr_config/platform/i18n_string.h"
+#include "qr_config/platform/qr_export.h"
 
 namespace Quorin {
 

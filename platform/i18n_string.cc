@@ -1,4 +1,4 @@
-#include "platform/i18n_string.h"
+#include "qr_config/platform/i18n_string.h"
 
 namespace {
 

@@ -13,7 +13,7 @@
 #include <cstddef>
 #include <string>
 
-#include "platform/qr_export.h"
+#include "qr_config/platform/qr_export.h"
 
 using ucs2char = unsigned short;
 using ucs2basic_string = std::basic_string<ucs2char>;

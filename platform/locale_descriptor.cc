@@ -1,6 +1,6 @@
-#include "platform/locale_descriptor.h"
+#include "qr_config/platform/locale_descriptor.h"
 
-#include "platform/orv_locale.h"
+#include "qr_config/platform/orv_locale.h"
 
 namespace Quorin {
 

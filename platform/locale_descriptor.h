@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "platform/qr_export.h"
+#include "qr_config/platform/qr_export.h"
 
 namespace Quorin {
 

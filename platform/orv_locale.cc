@@ -1,4 +1,4 @@
-#include "platform/orv_locale.h"
+#include "qr_config/platform/orv_locale.h"
 
 namespace orv_locale {
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <utility>
 
-#include "platform/qr_export.h"
+#include "qr_config/platform/qr_export.h"
 
 namespace orv_locale {
 

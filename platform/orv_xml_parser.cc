@@ -1,4 +1,4 @@
-#include "platform/orv_xml_parser.h"
+#include "qr_config/platform/orv_xml_parser.h"
 
 #include <expat.h>
 #include <fcntl.h>
@@ -12,8 +12,8 @@
 #include <memory>
 #include <type_traits>
 
-#include "config/manager/qr_error.h"
-#include "platform/platform_errors.h"
+#include "qr_config/platform/platform_errors.h"
+#include "qr_config/platform/qr_error.h"
 
 static_assert(std::is_same<XML_Char, unsigned short>::value,
               "the parser needs Expat's UTF-16 build (XML_UNICODE)");

@@ -46,8 +46,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/i18n_string.h"
-#include "platform/qr_export.h"
+#include "qr_config/platform/i18n_string.h"
+#include "qr_config/platform/qr_export.h"
 
 struct XML_ParserStruct;
 

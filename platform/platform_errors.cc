@@ -1,10 +1,10 @@
-#include "platform/platform_errors.h"
+#include "qr_config/platform/platform_errors.h"
 
 #include <expat.h>
 
 #include <system_error>
 
-#include "config/manager/qr_error.h"
+#include "qr_config/platform/qr_error.h"
 
 namespace PlatformErrors {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/process.h"
+#include "qr_config/platform/process.h"
 
 #include <algorithm>
 #include <iterator>

@@ -22,7 +22,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/qr_export.h"
+#include "qr_config/platform/qr_export.h"
 
 class QR_API Process {
  public:

@@ -1,4 +1,4 @@
-#include "platform/registry.h"
+#include "qr_config/platform/registry.h"
 
 #include <cstdlib>
 #include <mutex>

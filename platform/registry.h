@@ -14,7 +14,7 @@
 #include <map>
 #include <string>
 
-#include "platform/qr_export.h"
+#include "qr_config/platform/qr_export.h"
 
 class QR_API Registry {
  public:

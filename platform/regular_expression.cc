@@ -1,9 +1,9 @@
-#include "platform/regular_expression.h"
+#include "qr_config/platform/regular_expression.h"
 
 #include <Poco/Exception.h>
 #include <Poco/RegularExpression.h>
 
-#include "platform/platform_errors.h"
+#include "qr_config/platform/platform_errors.h"
 
 namespace RegularExpression {
 

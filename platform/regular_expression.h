@@ -11,7 +11,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/qr_export.h"
+#include "qr_config/platform/qr_export.h"
 
 namespace Poco {
 class RegularExpression;

@@ -1,4 +1,4 @@
-#include "platform/sfile.h"
+#include "qr_config/platform/sfile.h"
 
 #include <ini.h>
 #include <sys/stat.h>

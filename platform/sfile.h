@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "platform/qr_export.h"
+#include "qr_config/platform/qr_export.h"
 
 // Reads a whole parameter file when made and keeps its sections in memory. The format is
 // INI (docs/parameter-files.md):

@@ -1,4 +1,4 @@
-#include "platform/stdx_path.h"
+#include "qr_config/platform/stdx_path.h"
 
 #include <stdexcept>
 

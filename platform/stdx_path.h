@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/qr_export.h"
+#include "qr_config/platform/qr_export.h"
 
 namespace stdx {
 

@@ -1,10 +1,10 @@
-#include "platform/unicode_manager.h"
+#include "qr_config/platform/unicode_manager.h"
 
 #include <iconv.h>
 
 #include <cerrno>
 
-#include "platform/platform_errors.h"
+#include "qr_config/platform/platform_errors.h"
 
 namespace {
 

@@ -8,8 +8,8 @@
 
 #include <string>
 
-#include "platform/i18n_string.h"
-#include "platform/qr_export.h"
+#include "qr_config/platform/i18n_string.h"
+#include "qr_config/platform/qr_export.h"
 
 class UnicodeManager {
  public:

@@ -1,4 +1,4 @@
-#include "platform/xml_parser.h"
+#include "qr_config/platform/xml_parser.h"
 
 #include <Poco/Path.h>
 

@@ -8,9 +8,9 @@
 #include <cstdint>
 #include <string>
 
-#include "platform/orv_xml_parser.h"
-#include "platform/qr_export.h"
-#include "platform/regular_expression.h"
+#include "qr_config/platform/orv_xml_parser.h"
+#include "qr_config/platform/qr_export.h"
+#include "qr_config/platform/regular_expression.h"
 
 namespace Poco {
 class Path;

@@ -1,11 +1,11 @@
 // The platform character-set list and the character-set tables of databases.
 #include <Poco/Path.h>
 
-#include "config/manager/config_keys.h"
-#include "config/manager/config_manager_impl.h"
-#include "config/manager/qr_error.h"
-#include "platform/process.h"
-#include "platform/sfile.h"
+#include "qr_config/config/manager/config_keys.h"
+#include "qr_config/config/manager/config_manager_impl.h"
+#include "qr_config/platform/process.h"
+#include "qr_config/platform/qr_error.h"
+#include "qr_config/platform/sfile.h"
 
 namespace {
 

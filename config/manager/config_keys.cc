@@ -1,6 +1,6 @@
-#include "config/manager/config_keys.h"
+#include "qr_config/config/manager/config_keys.h"
 
-#include "config/manager/qr_error.h"
+#include "qr_config/platform/qr_error.h"
 
 std::unique_ptr<ConfigKeys> ConfigKeys::m_Instance;
 

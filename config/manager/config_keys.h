@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/qr_export.h"
+#include "qr_config/platform/qr_export.h"
 
 // One table per process, created by the start-up sequence and destroyed with the manager
 // (or when the start-up fails). The members are the names the configuration files use;

@@ -1,11 +1,11 @@
-#include "config/manager/config_manager.h"
+#include "qr_config/config/manager/config_manager.h"
 
 #include <memory>
 
-#include "config/manager/config_keys.h"
-#include "config/manager/config_manager_impl.h"
-#include "config/manager/config_startup.h"
-#include "config/manager/qr_error.h"
+#include "qr_config/config/manager/config_keys.h"
+#include "qr_config/config/manager/config_manager_impl.h"
+#include "qr_config/config/manager/config_startup.h"
+#include "qr_config/platform/qr_error.h"
 
 ConfigManager* ConfigManager::m_ConfigManager = nullptr;
 

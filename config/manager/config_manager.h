@@ -8,11 +8,11 @@
 
 #include <Poco/Path.h>
 
-#include "config/manager/initialization.h"
-#include "config/model/config_tree.h"
-#include "config/model/node_path.h"
-#include "platform/locale_descriptor.h"
-#include "platform/qr_export.h"
+#include "qr_config/config/manager/initialization.h"
+#include "qr_config/config/model/config_tree.h"
+#include "qr_config/config/model/node_path.h"
+#include "qr_config/platform/locale_descriptor.h"
+#include "qr_config/platform/qr_export.h"
 
 class ConfigStartup;
 

@@ -1,14 +1,14 @@
 // The start-up sequence and the lookups of ConfigManagerImpl. Driver loading, character-set
 // tables and localisation live in their own files.
-#include "config/manager/config_manager_impl.h"
+#include "qr_config/config/manager/config_manager_impl.h"
 
 #include <Poco/Path.h>
 
-#include "config/manager/config_keys.h"
-#include "config/manager/qr_error.h"
-#include "config/readers/cfg_xml_parser.h"
-#include "platform/process.h"
-#include "platform/registry.h"
+#include "qr_config/config/manager/config_keys.h"
+#include "qr_config/config/readers/cfg_xml_parser.h"
+#include "qr_config/platform/process.h"
+#include "qr_config/platform/qr_error.h"
+#include "qr_config/platform/registry.h"
 
 namespace {
 

@@ -9,8 +9,8 @@
 
 #include <Poco/RWLock.h>
 
-#include "config/manager/config_manager.h"
-#include "config/readers/drv_xml_parser.h"
+#include "qr_config/config/manager/config_manager.h"
+#include "qr_config/config/readers/drv_xml_parser.h"
 
 // The manager's implementation. Its constructor runs the whole start-up sequence on the
 // calling thread: registry parameters, the driver list, the main file, the platform

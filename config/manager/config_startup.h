@@ -1,8 +1,8 @@
 // The host's start-up code: the only way to create and delete the manager.
 #pragma once
 
-#include "config/manager/initialization.h"
-#include "platform/qr_export.h"
+#include "qr_config/config/manager/initialization.h"
+#include "qr_config/platform/qr_export.h"
 
 // Creates and deletes the process's ConfigManager. Call Initialize once, while no other
 // thread uses the library, before anyone calls ConfigManager::Instance(); call Destroy at

@@ -3,11 +3,11 @@
 #include <Poco/File.h>
 #include <Poco/Path.h>
 
-#include "config/manager/config_keys.h"
-#include "config/manager/config_manager_impl.h"
-#include "config/manager/qr_error.h"
-#include "config/readers/dsf_xml_parser.h"
-#include "config/readers/setup_xml_parser.h"
+#include "qr_config/config/manager/config_keys.h"
+#include "qr_config/config/manager/config_manager_impl.h"
+#include "qr_config/config/readers/dsf_xml_parser.h"
+#include "qr_config/config/readers/setup_xml_parser.h"
+#include "qr_config/platform/qr_error.h"
 
 namespace {
 

@@ -2,13 +2,13 @@
 #include <Poco/File.h>
 #include <Poco/Path.h>
 
-#include "config/manager/config_keys.h"
-#include "config/manager/config_manager_impl.h"
-#include "config/manager/qr_error.h"
-#include "config/readers/loc_drv_xml_parser.h"
-#include "platform/orv_locale.h"
-#include "platform/process.h"
-#include "platform/unicode_manager.h"
+#include "qr_config/config/manager/config_keys.h"
+#include "qr_config/config/manager/config_manager_impl.h"
+#include "qr_config/config/readers/loc_drv_xml_parser.h"
+#include "qr_config/platform/orv_locale.h"
+#include "qr_config/platform/process.h"
+#include "qr_config/platform/qr_error.h"
+#include "qr_config/platform/unicode_manager.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 // node_path.h, field.h, node.h and config_tree.h.
 #pragma once
 
-#include "platform/qr_export.h"
+#include "qr_config/platform/qr_export.h"
 
 class QR_API ConfigManagerTypes {
  public:

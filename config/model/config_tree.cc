@@ -1,8 +1,8 @@
-#include "config/model/config_tree.h"
+#include "qr_config/config/model/config_tree.h"
 
 #include <string_view>
 
-#include "config/manager/qr_error.h"
+#include "qr_config/platform/qr_error.h"
 
 using Node = ConfigManagerTypes::Node;
 using NodePath = ConfigManagerTypes::NodePath;

@@ -3,10 +3,10 @@
 
 #include <string>
 
-#include "config/model/config_manager_types.h"
-#include "config/model/node.h"
-#include "config/model/node_path.h"
-#include "config/model/tree.h"
+#include "qr_config/config/model/config_manager_types.h"
+#include "qr_config/config/model/node.h"
+#include "qr_config/config/model/node_path.h"
+#include "qr_config/config/model/tree.h"
 
 class ConfigManager;
 

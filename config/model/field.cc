@@ -1,9 +1,9 @@
-#include "config/model/field.h"
+#include "qr_config/config/model/field.h"
 
 #include <cstring>
 #include <new>
 
-#include "config/manager/qr_error.h"
+#include "qr_config/platform/qr_error.h"
 
 using Field = ConfigManagerTypes::Field;
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <type_traits>
 
-#include "config/model/config_manager_types.h"
-#include "platform/i18n_string.h"
+#include "qr_config/config/model/config_manager_types.h"
+#include "qr_config/platform/i18n_string.h"
 
 // A field is a name and one value of a fixed kind: a text, a UTF-8 text, a signed 32-bit
 // integer or a boolean (or nothing, for a default-made field). The kind is set when the field

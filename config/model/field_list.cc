@@ -1,4 +1,4 @@
-#include "config/model/field_list.h"
+#include "qr_config/config/model/field_list.h"
 
 template class node_iterator<ConfigManagerTypes::Field, long long>;
 template class const_node_iterator<ConfigManagerTypes::Field, long long>;

@@ -7,7 +7,7 @@
 #include <list>
 #include <utility>
 
-#include "config/model/field.h"
+#include "qr_config/config/model/field.h"
 
 template <typename T>
 class tnode;

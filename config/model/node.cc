@@ -1,6 +1,6 @@
-#include "config/model/node.h"
+#include "qr_config/config/model/node.h"
 
-#include "config/manager/qr_error.h"
+#include "qr_config/platform/qr_error.h"
 
 using Field = ConfigManagerTypes::Field;
 using Node = ConfigManagerTypes::Node;

@@ -4,10 +4,10 @@
 #include <map>
 #include <string>
 
-#include "config/model/config_manager_types.h"
-#include "config/model/field.h"
-#include "config/model/field_list.h"
-#include "platform/sfile.h"
+#include "qr_config/config/model/config_manager_types.h"
+#include "qr_config/config/model/field.h"
+#include "qr_config/config/model/field_list.h"
+#include "qr_config/platform/sfile.h"
 
 class ConfigManager;
 class ConfigManagerImpl;

@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "config/model/config_manager_types.h"
-#include "platform/stdx_path.h"
+#include "qr_config/config/model/config_manager_types.h"
+#include "qr_config/platform/stdx_path.h"
 
 // A node path: a stdx::path of kind 0 with the backslash as separator, such as
 // "\Quorin\DBDrivers" (levels "Quorin" and "DBDrivers"). Level 0 names the tree's root.

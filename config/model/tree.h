@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "config/model/node.h"
+#include "qr_config/config/model/node.h"
 
 template <typename T>
 class tree;

@@ -1,3 +1,3 @@
-#include "config/readers/basic_drv_xml_parser.h"
+#include "qr_config/config/readers/basic_drv_xml_parser.h"
 
 BasicDrvXmlParser::~BasicDrvXmlParser() = default;

@@ -1,7 +1,7 @@
 // Common base of the two driver-file readers.
 #pragma once
 
-#include "config/readers/reader_frame.h"
+#include "qr_config/config/readers/reader_frame.h"
 
 // The driver list file and the localised driver files share their parse: a BasicDrvXmlParser
 // is a ReaderFrame that reports the parse codes 45 to 48 as 264 to 267 with the file's path.

@@ -1,9 +1,9 @@
-#include "config/readers/cfg_xml_parser.h"
+#include "qr_config/config/readers/cfg_xml_parser.h"
 
-#include "config/manager/qr_error.h"
-#include "platform/i18n_string.h"
-#include "platform/orv_locale.h"
-#include "platform/process.h"
+#include "qr_config/platform/i18n_string.h"
+#include "qr_config/platform/orv_locale.h"
+#include "qr_config/platform/process.h"
+#include "qr_config/platform/qr_error.h"
 
 namespace {
 

@@ -6,10 +6,10 @@
 #include <map>
 #include <string>
 
-#include "config/manager/initialization.h"
-#include "config/model/tree.h"
-#include "config/readers/reader_frame.h"
-#include "platform/locale_descriptor.h"
+#include "qr_config/config/manager/initialization.h"
+#include "qr_config/config/model/tree.h"
+#include "qr_config/config/readers/reader_frame.h"
+#include "qr_config/platform/locale_descriptor.h"
 
 // Reads the main configuration file straight into the configuration tree and the manager's
 // per-platform locale table:

@@ -1,8 +1,8 @@
-#include "config/readers/drv_xml_parser.h"
+#include "qr_config/config/readers/drv_xml_parser.h"
 
 #include <utility>
 
-#include "platform/i18n_string.h"
+#include "qr_config/platform/i18n_string.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "config/readers/basic_drv_xml_parser.h"
+#include "qr_config/config/readers/basic_drv_xml_parser.h"
 
 // One driver as the driver list gives it.
 struct DriverEntry {

@@ -1,11 +1,11 @@
-#include "config/readers/dsf_xml_parser.h"
+#include "qr_config/config/readers/dsf_xml_parser.h"
 
 #include <cstddef>
 #include <memory>
 #include <utility>
 
-#include "platform/i18n_string.h"
-#include "platform/process.h"
+#include "qr_config/platform/i18n_string.h"
+#include "qr_config/platform/process.h"
 
 namespace {
 

@@ -8,10 +8,10 @@
 #include <string>
 #include <vector>
 
-#include "config/model/tree.h"
-#include "config/readers/reader_frame.h"
-#include "config/readers/setup_xml_parser.h"
-#include "platform/regular_expression.h"
+#include "qr_config/config/model/tree.h"
+#include "qr_config/config/readers/reader_frame.h"
+#include "qr_config/config/readers/setup_xml_parser.h"
+#include "qr_config/platform/regular_expression.h"
 
 // Reads one data-access file: appends one node per accepted "DataBase" to the driver's node
 // and records the database's name and its aliases in the driver's database-name table.

@@ -1,4 +1,4 @@
-#include "config/readers/loc_drv_xml_parser.h"
+#include "qr_config/config/readers/loc_drv_xml_parser.h"
 
 #include <utility>
 

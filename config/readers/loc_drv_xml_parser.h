@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "config/readers/basic_drv_xml_parser.h"
-#include "platform/i18n_string.h"
+#include "qr_config/config/readers/basic_drv_xml_parser.h"
+#include "qr_config/platform/i18n_string.h"
 
 // One driver's texts in one locale.
 struct LocalizedEntry {

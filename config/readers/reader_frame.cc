@@ -1,8 +1,8 @@
-#include "config/readers/reader_frame.h"
+#include "qr_config/config/readers/reader_frame.h"
 
 #include <cstddef>
 
-#include "config/manager/qr_error.h"
+#include "qr_config/platform/qr_error.h"
 
 namespace ReaderText {
 

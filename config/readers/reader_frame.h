@@ -12,8 +12,8 @@
 #include <string>
 
 #include "Poco/Path.h"
-#include "config/model/node.h"
-#include "platform/xml_parser.h"
+#include "qr_config/config/model/node.h"
+#include "qr_config/platform/xml_parser.h"
 
 // The codes a reader reports in place of the XML layer's parse codes 45, 46, 47 and 48.
 struct ReaderFileCodes {

@@ -1,6 +1,6 @@
-#include "config/readers/setup_xml_parser.h"
+#include "qr_config/config/readers/setup_xml_parser.h"
 
-#include "platform/i18n_string.h"
+#include "qr_config/platform/i18n_string.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <map>
 #include <string>
 
-#include "config/readers/reader_frame.h"
+#include "qr_config/config/readers/reader_frame.h"
 
 // Reads one setup file at a time into four results: the driver's name ("Name" attribute of
 // "NetworkLayer"), the directory and the file name of its data-access file (texts of

@@ -2,7 +2,7 @@
 // tests of qrconfig read its values in detail.
 #include <gtest/gtest.h>
 
-#include "config/qr_config.h"
+#include "qr_config/qr_config.h"
 
 namespace {
 

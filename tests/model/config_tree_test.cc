@@ -1,4 +1,4 @@
-#include "config/model/config_tree.h"
+#include "qr_config/config/model/config_tree.h"
 
 #include <gtest/gtest.h>
 

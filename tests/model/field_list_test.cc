@@ -1,4 +1,4 @@
-#include "config/model/field_list.h"
+#include "qr_config/config/model/field_list.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "config/model/field.h"
+#include "qr_config/config/model/field.h"
 
 #include <gtest/gtest.h>
 

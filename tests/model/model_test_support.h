@@ -7,8 +7,8 @@
 #include <ostream>
 #include <string>
 
-#include "config/manager/qr_error.h"
-#include "config/model/field.h"
+#include "qr_config/config/model/field.h"
+#include "qr_config/platform/qr_error.h"
 
 // Asserts that `call` throws QRError(3, 256, code[, argument]).
 template <typename Call>

@@ -1,4 +1,4 @@
-#include "config/model/node_path.h"
+#include "qr_config/config/model/node_path.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "config/model/node.h"
+#include "qr_config/config/model/node.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "config/model/tree.h"
+#include "qr_config/config/model/tree.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "platform/orv_locale.h"
+#include "qr_config/platform/orv_locale.h"
 
 namespace {
 

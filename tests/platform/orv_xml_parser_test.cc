@@ -1,4 +1,4 @@
-#include "platform/orv_xml_parser.h"
+#include "qr_config/platform/orv_xml_parser.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -7,8 +7,8 @@
 #include <stdexcept>
 #include <string>
 
-#include "config/manager/qr_error.h"
-#include "platform/temp_dir.h"
+#include "qr_config/platform/qr_error.h"
+#include "tests/platform/temp_dir.h"
 
 // External entities and deep nesting: tests/robustness/broken_files_test.cc, through every
 // reader.

@@ -1,4 +1,4 @@
-#include "platform/registry.h"
+#include "qr_config/platform/registry.h"
 
 #include <gtest/gtest.h>
 

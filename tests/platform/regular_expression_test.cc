@@ -1,10 +1,10 @@
-#include "platform/regular_expression.h"
+#include "qr_config/platform/regular_expression.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 
-#include "config/manager/qr_error.h"
+#include "qr_config/platform/qr_error.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "platform/sfile.h"
+#include "qr_config/platform/sfile.h"
 
 #include <gtest/gtest.h>
 #include <ini.h>
@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/temp_dir.h"
+#include "tests/platform/temp_dir.h"
 
 namespace {
 

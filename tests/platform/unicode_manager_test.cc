@@ -1,10 +1,10 @@
-#include "platform/unicode_manager.h"
+#include "qr_config/platform/unicode_manager.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 
-#include "config/manager/qr_error.h"
+#include "qr_config/platform/qr_error.h"
 
 namespace {
 

@@ -1,12 +1,12 @@
-#include "platform/xml_parser.h"
+#include "qr_config/platform/xml_parser.h"
 
 #include <Poco/Path.h>
 #include <gtest/gtest.h>
 
 #include <string>
 
-#include "config/manager/qr_error.h"
-#include "platform/temp_dir.h"
+#include "qr_config/platform/qr_error.h"
+#include "tests/platform/temp_dir.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "config/readers/drv_xml_parser.h"
+#include "qr_config/config/readers/drv_xml_parser.h"
 
 #include "reader_test_support.h"
 

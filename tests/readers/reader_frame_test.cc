@@ -1,14 +1,14 @@
-#include "config/readers/reader_frame.h"
+#include "qr_config/config/readers/reader_frame.h"
 
 #include <functional>
 #include <memory>
 #include <stdexcept>
 
-#include "config/readers/cfg_xml_parser.h"
-#include "config/readers/drv_xml_parser.h"
-#include "config/readers/dsf_xml_parser.h"
-#include "config/readers/loc_drv_xml_parser.h"
-#include "config/readers/setup_xml_parser.h"
+#include "qr_config/config/readers/cfg_xml_parser.h"
+#include "qr_config/config/readers/drv_xml_parser.h"
+#include "qr_config/config/readers/dsf_xml_parser.h"
+#include "qr_config/config/readers/loc_drv_xml_parser.h"
+#include "qr_config/config/readers/setup_xml_parser.h"
 #include "reader_test_support.h"
 
 namespace {

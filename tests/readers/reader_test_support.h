@@ -8,9 +8,9 @@
 #include <string>
 
 #include "Poco/TemporaryFile.h"
-#include "config/manager/qr_error.h"
-#include "config/model/tree.h"
-#include "platform/process.h"
+#include "qr_config/config/model/tree.h"
+#include "qr_config/platform/process.h"
+#include "qr_config/platform/qr_error.h"
 #include "tests/model/model_test_support.h"
 
 using Field = ConfigManagerTypes::Field;

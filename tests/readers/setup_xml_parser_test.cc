@@ -1,4 +1,4 @@
-#include "config/readers/setup_xml_parser.h"
+#include "qr_config/config/readers/setup_xml_parser.h"
 
 #include "reader_test_support.h"
 

@@ -29,7 +29,7 @@
 #include <string>
 #include <vector>
 
-#include "config/qr_config.h"
+#include "qr_config/qr_config.h"
 #include "support/temp_installation.h"
 
 enum class FileKind { Main, DriverList, Setup, DataAccess, Localized, PlatformList, CharSetTable };

@@ -6,8 +6,8 @@
 #include <functional>
 #include <string>
 
-#include "config/manager/config_keys.h"
-#include "config/qr_config.h"
+#include "qr_config/config/manager/config_keys.h"
+#include "qr_config/qr_config.h"
 #include "support/temp_installation.h"
 
 class ManagerTest : public ::testing::Test {

@@ -7,7 +7,7 @@
 #include <Poco/File.h>
 #include <Poco/Path.h>
 
-#include "platform/process.h"
+#include "qr_config/platform/process.h"
 
 TempInstallation::TempInstallation() {
   std::string pattern = Poco::Path::temp() + "qr_config_test_XXXXXX";

@@ -7,9 +7,9 @@
 
 #include "check/file_vocabulary.h"
 #include "check/installation.h"
-#include "config/qr_config.h"
 #include "output/field_text.h"
 #include "output/text_table.h"
+#include "qr_config/qr_config.h"
 #include "tool_runner.h"
 
 namespace qrconfig {

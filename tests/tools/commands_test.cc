@@ -5,7 +5,7 @@
 #include <Poco/JSON/Array.h>
 #include <Poco/JSON/Object.h>
 
-#include "platform/process.h"
+#include "qr_config/platform/process.h"
 #include "tool_runner.h"
 
 namespace {

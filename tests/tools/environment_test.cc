@@ -6,7 +6,7 @@
 #include "app/config_directory.h"
 #include "app/error_advice.h"
 #include "app/platform_profile.h"
-#include "config/manager/qr_error.h"
+#include "qr_config/platform/qr_error.h"
 
 namespace qrconfig {
 namespace {

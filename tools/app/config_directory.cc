@@ -8,7 +8,7 @@
 #include <Poco/File.h>
 #include <Poco/Path.h>
 
-#include "platform/registry.h"
+#include "qr_config/platform/registry.h"
 
 namespace qrconfig {
 

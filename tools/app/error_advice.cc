@@ -13,7 +13,7 @@ struct Advice {
 
 constexpr const char* kCheck = "Run 'qrconfig check' to see the cause with file and line.";
 
-// One row per code of config/manager/qr_error.h.
+// One row per code of platform/qr_error.h.
 constexpr Advice kAdvice[] = {
     {1,
      "A value was read in another type than the one its text gave it (texts are typed by "

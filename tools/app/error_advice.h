@@ -5,7 +5,7 @@
 #include <exception>
 #include <string>
 
-#include "config/manager/qr_error.h"
+#include "qr_config/platform/qr_error.h"
 
 namespace qrconfig {
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "platform/process.h"
+#include "qr_config/platform/process.h"
 
 namespace qrconfig {
 

@@ -14,8 +14,8 @@
 #include "commands/driver_commands.h"
 #include "commands/locale_commands.h"
 #include "commands/tree_commands.h"
-#include "config/manager/config_startup.h"
-#include "config/version.h"
+#include "qr_config/config/manager/config_startup.h"
+#include "qr_config/config/version.h"
 
 namespace qrconfig {
 

@@ -1,9 +1,9 @@
 #include "app/tool_environment.h"
 
 #include "app/platform_profile.h"
-#include "config/manager/config_manager.h"
-#include "platform/process.h"
-#include "platform/registry.h"
+#include "qr_config/config/manager/config_manager.h"
+#include "qr_config/platform/process.h"
+#include "qr_config/platform/registry.h"
 
 namespace qrconfig {
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "check/findings.h"
-#include "config/manager/initialization.h"
+#include "qr_config/config/manager/initialization.h"
 
 namespace qrconfig {
 

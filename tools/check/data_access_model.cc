@@ -2,10 +2,10 @@
 
 #include <memory>
 
-#include "config/manager/qr_error.h"
 #include "output/field_text.h"
-#include "platform/process.h"
-#include "platform/regular_expression.h"
+#include "qr_config/platform/process.h"
+#include "qr_config/platform/qr_error.h"
+#include "qr_config/platform/regular_expression.h"
 
 namespace qrconfig {
 

@@ -8,7 +8,7 @@
 
 #include "check/value_kind.h"
 #include "check/xml_document.h"
-#include "config/model/node.h"
+#include "qr_config/config/model/node.h"
 
 namespace qrconfig {
 

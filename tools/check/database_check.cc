@@ -4,9 +4,9 @@
 
 #include <Poco/Path.h>
 
-#include "config/manager/config_manager_impl.h"
-#include "platform/process.h"
-#include "platform/sfile.h"
+#include "qr_config/config/manager/config_manager_impl.h"
+#include "qr_config/platform/process.h"
+#include "qr_config/platform/sfile.h"
 
 namespace qrconfig {
 

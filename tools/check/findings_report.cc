@@ -1,7 +1,7 @@
 #include "check/findings_report.h"
 
 #include "output/json_writer.h"
-#include "platform/process.h"
+#include "qr_config/platform/process.h"
 
 namespace qrconfig {
 

@@ -6,9 +6,9 @@
 #include <Poco/Path.h>
 
 #include "check/xml_scanner.h"
-#include "config/manager/config_manager_impl.h"
-#include "config/manager/qr_error.h"
-#include "config/readers/setup_xml_parser.h"
+#include "qr_config/config/manager/config_manager_impl.h"
+#include "qr_config/config/readers/setup_xml_parser.h"
+#include "qr_config/platform/qr_error.h"
 
 namespace qrconfig {
 

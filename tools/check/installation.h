@@ -11,10 +11,10 @@
 #include "check/data_access_model.h"
 #include "check/file_vocabulary.h"
 #include "check/xml_document.h"
-#include "config/manager/initialization.h"
-#include "config/model/tree.h"
-#include "config/readers/cfg_xml_parser.h"
-#include "config/readers/drv_xml_parser.h"
+#include "qr_config/config/manager/initialization.h"
+#include "qr_config/config/model/tree.h"
+#include "qr_config/config/readers/cfg_xml_parser.h"
+#include "qr_config/config/readers/drv_xml_parser.h"
 
 namespace qrconfig {
 

@@ -1,8 +1,8 @@
 #include "check/load_check.h"
 
 #include "app/error_advice.h"
-#include "config/manager/config_startup.h"
-#include "config/manager/qr_error.h"
+#include "qr_config/config/manager/config_startup.h"
+#include "qr_config/platform/qr_error.h"
 
 namespace qrconfig {
 

@@ -6,10 +6,10 @@
 #include <Poco/Path.h>
 
 #include "check/value_kind.h"
-#include "config/manager/qr_error.h"
 #include "output/field_text.h"
-#include "platform/process.h"
-#include "platform/sfile.h"
+#include "qr_config/platform/process.h"
+#include "qr_config/platform/qr_error.h"
+#include "qr_config/platform/sfile.h"
 
 namespace qrconfig {
 

@@ -3,7 +3,7 @@
 #include <cstdint>
 
 #include "output/field_text.h"
-#include "platform/xml_parser.h"
+#include "qr_config/platform/xml_parser.h"
 
 namespace qrconfig {
 

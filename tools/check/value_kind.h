@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "config/model/field.h"
+#include "qr_config/config/model/field.h"
 
 namespace qrconfig {
 

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/orv_xml_parser.h"
+#include "qr_config/platform/orv_xml_parser.h"
 
 namespace qrconfig {
 

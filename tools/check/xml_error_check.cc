@@ -1,7 +1,7 @@
 #include "check/xml_error_check.h"
 
 #include "app/error_advice.h"
-#include "config/manager/qr_error.h"
+#include "qr_config/platform/qr_error.h"
 
 namespace qrconfig {
 

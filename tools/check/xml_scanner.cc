@@ -2,8 +2,8 @@
 
 #include <Poco/Path.h>
 
-#include "config/manager/qr_error.h"
-#include "config/readers/reader_frame.h"
+#include "qr_config/config/readers/reader_frame.h"
+#include "qr_config/platform/qr_error.h"
 
 namespace qrconfig {
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "check/xml_document.h"
-#include "platform/xml_parser.h"
+#include "qr_config/platform/xml_parser.h"
 
 namespace qrconfig {
 

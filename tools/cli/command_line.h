@@ -8,7 +8,7 @@
 
 #include <Poco/Util/OptionSet.h>
 
-#include "config/manager/initialization.h"
+#include "qr_config/config/manager/initialization.h"
 
 namespace qrconfig {
 

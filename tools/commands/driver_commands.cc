@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "config/manager/qr_error.h"
 #include "output/field_text.h"
 #include "output/json_writer.h"
 #include "output/text_table.h"
+#include "qr_config/platform/qr_error.h"
 
 namespace qrconfig {
 

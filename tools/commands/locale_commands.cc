@@ -9,9 +9,9 @@
 #include "output/field_text.h"
 #include "output/json_writer.h"
 #include "output/text_table.h"
-#include "platform/orv_locale.h"
-#include "platform/process.h"
-#include "platform/registry.h"
+#include "qr_config/platform/orv_locale.h"
+#include "qr_config/platform/process.h"
+#include "qr_config/platform/registry.h"
 
 namespace qrconfig {
 

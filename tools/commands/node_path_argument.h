@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "config/model/node_path.h"
+#include "qr_config/config/model/node_path.h"
 
 namespace qrconfig {
 

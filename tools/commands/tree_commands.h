@@ -4,7 +4,7 @@
 #include <ostream>
 
 #include "cli/command_line.h"
-#include "config/manager/config_manager.h"
+#include "qr_config/config/manager/config_manager.h"
 
 namespace qrconfig {
 

@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "config/model/field.h"
 #include "output/json_writer.h"
+#include "qr_config/config/model/field.h"
 
 namespace qrconfig {
 

@@ -3,7 +3,7 @@
 #include <cassert>
 #include <cstdio>
 
-#include "platform/i18n_string.h"
+#include "qr_config/platform/i18n_string.h"
 
 namespace qrconfig {
 

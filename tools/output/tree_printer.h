@@ -4,8 +4,8 @@
 #include <ostream>
 #include <string>
 
-#include "config/model/tree.h"
 #include "output/json_writer.h"
+#include "qr_config/config/model/tree.h"
 
 namespace qrconfig {
 

@@ -1,4 +1,4 @@
-#include "config/manager/qr_error.h"
+#include "qr_config/platform/qr_error.h"
 
 namespace {
 

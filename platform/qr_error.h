@@ -8,7 +8,7 @@
 
 #include <cstdint>
 
-#include "platform/error.h"
+#include "qr_config/platform/error.h"
 
 // Named constants for every code the library raises. The comment gives the argument.
 namespace QRErrorCode {
