@@ -12,5 +12,6 @@ class BasicDrvXmlParser : public ReaderFrame {
   ~BasicDrvXmlParser() override;
 
  protected:
-  BasicDrvXmlParser() : ReaderFrame(kConfigFileCodes) {}
+  BasicDrvXmlParser(FileRole role, const std::vector<ElementVocabulary>& vocabulary)
+      : ReaderFrame(kConfigFileCodes, role, vocabulary) {}
 };

@@ -5,6 +5,8 @@
 #include <deque>
 #include <map>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "qr_config/config/manager/initialization.h"
 #include "qr_config/config/model/tree.h"
@@ -32,6 +34,12 @@
 // another section replaces that section's state; parameters are taken only in the states
 // "Settings" (4), selected mode section (6) and "DriverDefaults" (8). Names are compared
 // exactly.
+//
+// Diagnostics (with a trace): the origin of every field and the place of every node it makes;
+// a parameter outside any section or after a mode section, a mode-section parameter that
+// changes nothing (no such setting, or one of another type), a setting given twice, a
+// "NetworkLayer" or "DataBase" without "Name", a locale filed twice, keywords ("No", "C") in
+// other letter case, and the cause of a 267.
 //
 // Errors: QRError 267 without argument when a node is to be taken from, or popped off, an
 // empty node stack (for example a single "Trace" directly inside "Traces", or an unnamed
@@ -66,6 +74,9 @@ class CfgXmlParser : public ReaderFrame {
                TreeNode* activeDataSources);
   ~CfgXmlParser() override;
 
+  // The elements and attributes this reader acts on.
+  static const std::vector<ElementVocabulary>& Vocabulary();
+
  protected:
   void StartElementHandler(const unsigned short* name,
                            const OrvXmlAttributeValue* attributes) override;
@@ -81,6 +92,14 @@ class CfgXmlParser : public ReaderFrame {
   void TraceEnd();
   void ParameterEnd();
   void RegisterLocale();
+  // Diagnostics helpers, used with a trace only.
+  void TraceParameterStart();
+  void TraceSetting(Node& node, const Field* before, std::size_t sizeBefore,
+                    std::string_view source);
+  void TraceModeParameter(const Node& drivers, const Field* field, const Value& value);
+  void TraceKeyword(const unsigned short* value, const ucs2string& keyword, const char* attribute,
+                    const char* meaning);
+  void SetStackCause(const char* element);
 
   std::int32_t m_State = Outside;
   Initialization::Mode m_Mode;

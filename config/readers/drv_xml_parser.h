@@ -22,6 +22,11 @@ struct DriverEntry {
 // "NetworkLayer" nested in another replaces the outer one, which is lost. A missing
 // attribute gives an empty text. The reader raises nothing of its own; parse failures are
 // 264 to 267 with the file's path (ReaderFrame::Parse). Writes nothing into the tree.
+//
+// Diagnostics (with a trace): a "NetworkLayer" without "Name", one nested in another, an
+// "Alias" outside a named "NetworkLayer" or spread over several lines, an "Implementation"
+// that is "C" in other letter case; and the lines of every entry and alias, for the driver
+// tables' own diagnostics.
 class DrvXmlParser : public BasicDrvXmlParser {
  public:
   DrvXmlParser();
@@ -34,6 +39,17 @@ class DrvXmlParser : public BasicDrvXmlParser {
   // The implementation text of a native driver, "C"; driver discovery loads only those.
   static const std::string& NativeImplementation();
 
+  // With a trace: the line of each entry's "NetworkLayer" and of each of its aliases,
+  // parallel to Entries() (empty without a trace).
+  struct EntryPlace {
+    unsigned long Line = 0;
+    std::vector<unsigned long> AliasLines;
+  };
+  const std::vector<EntryPlace>& EntryPlaces() const { return m_Places; }
+
+  // The elements and attributes this reader acts on.
+  static const std::vector<ElementVocabulary>& Vocabulary();
+
  protected:
   void StartElementHandler(const unsigned short* name,
                            const OrvXmlAttributeValue* attributes) override;
@@ -45,4 +61,7 @@ class DrvXmlParser : public BasicDrvXmlParser {
   DriverEntry m_Current;      // the entry being read
   bool m_InAlias = false;     // between the start and the end of an "Alias"
   std::string m_ElementName;  // UTF-8 element name of the event, reused
+  std::vector<EntryPlace> m_Places;
+  EntryPlace m_CurrentPlace;
+  int m_AliasChunks = 0;  // chunks of the "Alias" being read
 };

@@ -4,8 +4,10 @@
 #include <memory>
 #include <utility>
 
+#include "qr_config/config/readers/load_trace.h"
 #include "qr_config/platform/i18n_string.h"
 #include "qr_config/platform/process.h"
+#include "qr_config/platform/qr_error.h"
 
 namespace {
 
@@ -36,74 +38,159 @@ ConfigManagerTypes::Field* FirstField(ConfigManagerTypes::Node& node, const std:
   return nullptr;
 }
 
+std::string Quoted(const std::string& text) {
+  return "\"" + text + "\"";
+}
+
+const char* TypeName(ConfigManagerTypes::Field::ValueTag tag) {
+  switch (tag) {
+    case ConfigManagerTypes::Field::Bool:
+      return "boolean";
+    case ConfigManagerTypes::Field::Long:
+      return "integer";
+    case ConfigManagerTypes::Field::String:
+      return "text";
+    default:
+      return "value of another kind";
+  }
+}
+
+bool EqualIgnoringCase(const std::string& a, const std::string& b) {
+  if (a.size() != b.size()) return false;
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
+    if (lower(a[i]) != lower(b[i])) return false;
+  }
+  return true;
+}
+
 }  // namespace
+
+const std::vector<ElementVocabulary>& DsfXmlParser::Vocabulary() {
+  static const std::vector<ElementVocabulary> kWords = {
+      VocabularyEntry(kDefaults),
+      VocabularyEntry(kDataBase, {&kName, &kActive, &kPlatform}),
+      VocabularyEntry(kParameter, {&kName, &kPlatform}),
+      VocabularyEntry(kLibrary, {&kPlatform}),
+      VocabularyEntry(kLibraries),
+      VocabularyEntry(kAlias),
+  };
+  return kWords;
+}
 
 DsfXmlParser::DsfXmlParser(const TreeNode& driversDefaults, TreeNode& driver,
                            std::map<std::string, std::string>& nameTable,
-                           const SetupXmlParser& setup)
-    : ReaderFrame(kDataFileCodes),
+                           const SetupXmlParser& setup, LoadTrace* trace)
+    : ReaderFrame(kDataFileCodes, FileRole::DataAccessFile, Vocabulary()),
       m_Driver(driver),
       m_NameTable(nameTable),
       m_Setup(setup),
       m_Defaults(kDefaultsNode),
       m_Libraries(kLibrariesNode) {
   m_States.push_back(Skip);
-  m_Defaults.Update(driversDefaults.value());
+  SetTrace(trace);
+  if (trace == nullptr) {
+    m_Defaults.Update(driversDefaults.value());
+  } else {
+    m_Quiet.push_back(false);
+    TraceMerge(driversDefaults.value());
+  }
 }
 
-DsfXmlParser::~DsfXmlParser() = default;
-
-void DsfXmlParser::SetActiveDatabases(const std::vector<std::string>& patterns) {
-  std::vector<std::unique_ptr<RegularExpression::Matcher>> matchers;
-  matchers.reserve(patterns.size());
-  for (const std::string& pattern : patterns) {
-    matchers.push_back(std::make_unique<RegularExpression::Matcher>(pattern, 0));
+DsfXmlParser::~DsfXmlParser() {
+  if (m_Trace != nullptr) {
+    m_Trace->Forget(m_Defaults);
+    m_Trace->Forget(m_Libraries);
   }
-  m_ActiveMatchers = std::move(matchers);
+}
+
+void DsfXmlParser::SetActiveDatabases(const std::vector<std::string>& patterns,
+                                      const std::vector<SourceLocation>& places) {
+  m_ActivePatterns = patterns;
+  m_ActiveMatchers.clear();
+  m_ActiveMatchers.resize(patterns.size());
+  m_PatternPlaces = places;
+  m_PatternPlaces.resize(patterns.size());
 }
 
 void DsfXmlParser::BeginParse(const Poco::Path& file) {
   m_FileName = file.toString();
 }
 
+void DsfXmlParser::EndParse() {
+  if (m_Trace == nullptr) return;
+  for (std::size_t i = 0; i < m_ActivePatterns.size(); ++i) {
+    if (m_ActiveMatchers[i]) continue;
+    try {
+      RegularExpression::Matcher check(m_ActivePatterns[i], 0);
+    } catch (const QRError&) {
+      m_Trace->Report(
+          DiagnosticSeverity::Warning, DiagnosticKind::InvalidPattern, m_PatternPlaces[i],
+          "The active data-source pattern " + Quoted(m_ActivePatterns[i]) + " of " +
+              Quoted(m_Driver.value().Name()) +
+              " is not a valid regular expression. It was not needed for " + Quoted(m_FileName) +
+              ", since an earlier pattern matched every database tried, but as "
+              "soon as it is tried, loading the driver fails with QRError 283.",
+          m_ActivePatterns[i], QRErrorCode::InvalidPattern);
+    }
+  }
+}
+
+void DsfXmlParser::Push(std::int32_t state, bool quiet) {
+  m_States.push_back(state);
+  if (m_Trace == nullptr) return;
+  m_Quiet.push_back(quiet);
+  if (quiet) ++m_QuietDepth;
+}
+
 // Element names are tested in the order of their frequency in a data-access file, most
 // frequent first; they exclude one another, so the order changes no result.
 void DsfXmlParser::StartElementHandler(const unsigned short* name,
                                        const OrvXmlAttributeValue* attributes) {
+  if (m_Trace != nullptr) ObserveStart(name, attributes);
   if (name == kParameter) {
     if (Top() == Skip) {
-      m_States.push_back(Skip);
+      if (m_Trace != nullptr) TraceOutOfPlace("Parameter");
+      Push(Skip);
       return;
     }
     for (const OrvXmlAttributeValue* a = attributes; a->Name != nullptr; ++a) {
       if (a->Name == kName) ReaderText::Assign(a->Value, m_ParameterName);
     }
-    m_States.push_back(PlatformCheck(attributes) ? InText : Skip);
+    const bool applies = PlatformCheck(attributes);
+    Push(applies ? InText : Skip, !applies);
   } else if (name == kAlias) {
-    m_States.push_back(Top() == InDatabase ? InAlias : Skip);
+    if (Top() != InDatabase && m_Trace != nullptr) TraceOutOfPlace("Alias");
+    Push(Top() == InDatabase ? InAlias : Skip);
   } else if (name == kDataBase) {
-    m_States.push_back(Accept(attributes) ? InDatabase : Skip);
+    const bool accepted = Accept(attributes);
+    Push(accepted ? InDatabase : Skip, !accepted);
   } else if (name == kLibrary) {
     if (Top() == Skip) {
-      m_States.push_back(Skip);
+      if (m_Trace != nullptr) TraceOutOfPlace("Library");
+      Push(Skip);
       return;
     }
-    m_States.push_back(PlatformCheck(attributes) ? InText : Skip);
+    const bool applies = PlatformCheck(attributes);
+    Push(applies ? InText : Skip, !applies);
   } else if (name == kLibraries) {
     if (Top() == Skip) {
-      m_States.push_back(Skip);
+      if (m_Trace != nullptr) TraceOutOfPlace("Libraries");
+      Push(Skip);
       return;
     }
-    SetLibrary(kUndefinedLibrary);
+    SetLibrary(kUndefinedLibrary, "Libraries");
+    if (m_Trace != nullptr) m_Trace->Forget(m_Libraries);
     m_Libraries.clear();
-    m_States.push_back(InLibraries);
+    Push(InLibraries);
   } else if (name == kDefaults) {
     m_CurrentNode = &m_Defaults;
-    m_States.push_back(InDefaults);
+    Push(InDefaults);
   }
 }
 
 void DsfXmlParser::EndElementHandler(const unsigned short* name) {
+  EndScope scope(*this);
   if (name == kParameter) {
     if (Top() == InText) {
       SetParameter();
@@ -113,7 +200,18 @@ void DsfXmlParser::EndElementHandler(const unsigned short* name) {
     Pop();
   } else if (name == kAlias) {
     if (Top() == InAlias) {
-      m_NameTable.try_emplace(m_Text, m_CurrentNode->Name());
+      const auto entry = m_NameTable.try_emplace(m_Text, m_CurrentNode->Name());
+      if (m_Trace != nullptr) {
+        TraceLayout(m_Text, "<Alias>");
+        if (!entry.second && entry.first->second != m_CurrentNode->Name())
+          m_Trace->Report(
+              DiagnosticSeverity::Warning, DiagnosticKind::NameCollision, ElementStart(),
+              "The alias " + Quoted(m_Text) + " of the database " + Quoted(m_CurrentNode->Name()) +
+                  " is already taken by " + Quoted(entry.first->second) + " of " +
+                  Quoted(m_Driver.value().Name()) + ": it resolves to " +
+                  Quoted(entry.first->second) + ".",
+              m_Text);
+      }
       m_Text.clear();
     }
     Pop();
@@ -122,24 +220,47 @@ void DsfXmlParser::EndElementHandler(const unsigned short* name) {
   } else if (name == kLibrary) {
     if (Pop() != InText) return;
     if (Top() == InLibraries) {
-      m_Libraries.push_back(Field(kLibraryField, m_Text));
+      const bool added = m_Libraries.push_back(Field(kLibraryField, m_Text));
+      if (m_Trace != nullptr) {
+        TraceLayout(m_Text, "<Library>");
+        if (added)
+          m_Trace->SetOrigin(m_Libraries, m_Libraries.back(), NewOrigin("Libraries", m_Text));
+      }
     } else {
-      SetLibrary(m_Text);
+      if (m_Trace != nullptr) TraceLayout(m_Text, "<Library>");
+      SetLibrary(m_Text, m_CurrentNode == &m_Defaults ? "Defaults" : "DataBase");
     }
     m_Text.clear();
   } else if (name == kLibraries) {
     Pop();
-    if (Top() == InDatabase && !m_Libraries.empty()) m_CurrentTreeNode->ch_push_back(m_Libraries);
+    if (Top() == InDatabase && !m_Libraries.empty()) {
+      TreeNode& list = *m_CurrentTreeNode->ch_push_back(m_Libraries);
+      if (m_Trace != nullptr) {
+        m_Trace->SetNodeLocation(list.value(), ElementStart());
+        auto copy = list.value().begin();
+        for (const Field& field : m_Libraries) {
+          m_Trace->SetOrigin(list.value(), *copy, m_Trace->OriginOf(m_Libraries, field));
+          ++copy;
+        }
+      }
+    }
   }
 }
 
 void DsfXmlParser::CharacterDataHandler(const unsigned short* text, int length) {
+  if (m_Trace != nullptr) ObserveText(text, length);
   if (Top() == InAlias || Top() == InText) ReaderText::AppendCut(text, length, m_Text);
 }
 
 std::int32_t DsfXmlParser::Pop() {
   const std::int32_t popped = m_States.back();
-  if (m_States.size() > 1) m_States.pop_back();
+  if (m_States.size() > 1) {
+    m_States.pop_back();
+    if (m_Trace != nullptr) {
+      if (m_Quiet.back()) --m_QuietDepth;
+      m_Quiet.pop_back();
+    }
+  }
   return popped;
 }
 
@@ -147,29 +268,82 @@ bool DsfXmlParser::Accept(const OrvXmlAttributeValue* attributes) {
   m_DatabaseName.clear();
   bool active = false;
   bool platform = true;
+  if (m_Trace != nullptr) m_HasActive = false;
   for (const OrvXmlAttributeValue* a = attributes; a->Name != nullptr; ++a) {
     if (a->Name == kName) {
       ReaderText::Assign(a->Value, m_DatabaseName);
     } else if (a->Name == kActive) {
       active = !(a->Value == kNo);
+      if (m_Trace != nullptr) {
+        ReaderText::Assign(a->Value, m_Active);
+        m_HasActive = true;
+      }
     } else if (a->Name == kPlatform) {
       platform = PlatformSupported(a->Value);
     }
   }
-  if (!active || !platform) return false;
-  if (!m_ActiveMatchers.empty()) {
-    bool matched = false;
-    for (const auto& matcher : m_ActiveMatchers) {
-      matcher->reset(m_DatabaseName);
-      if (matcher->matches()) {
-        matched = true;
-        break;
-      }
+  if (m_Trace != nullptr && m_HasActive && active && EqualIgnoringCase(m_Active, "No"))
+    m_Trace->Report(DiagnosticSeverity::Warning, DiagnosticKind::CaseVariant, Here(),
+                    "The database " + Quoted(m_DatabaseName) + " has Active=" + Quoted(m_Active) +
+                        ", which is not \"No\": values are compared exactly, so it is loaded.",
+                    m_Active);
+  if (!active) {
+    if (m_Trace != nullptr)
+      TraceSkipped(m_HasActive ? "is not active (Active=\"No\")"
+                               : "has no \"Active\" attribute, so it is never loaded",
+                   !m_HasActive);
+    return false;
+  }
+  if (!platform) {
+    if (m_Trace != nullptr)
+      TraceSkipped(("is for the platforms " + Quoted(m_PlatformList) +
+                    ", none of which this process supports")
+                       .c_str(),
+                   false);
+    return false;
+  }
+  if (!m_ActivePatterns.empty() && !MatchesActivePattern()) {
+    if (m_Trace != nullptr) {
+      std::string patterns;
+      for (const std::string& pattern : m_ActivePatterns)
+        patterns += (patterns.empty() ? "" : ", ") + Quoted(pattern);
+      TraceSkipped(("matches none of the active data-source patterns of " +
+                    Quoted(m_Driver.value().Name()) + " (" + patterns + ")")
+                       .c_str(),
+                   false);
     }
-    if (!matched) return false;
+    return false;
   }
   AddDatabase();
   return true;
+}
+
+bool DsfXmlParser::MatchesActivePattern() {
+  for (std::size_t i = 0; i < m_ActivePatterns.size(); ++i) {
+    std::unique_ptr<RegularExpression::Matcher>& matcher = m_ActiveMatchers[i];
+    try {
+      if (!matcher) matcher = std::make_unique<RegularExpression::Matcher>(m_ActivePatterns[i], 0);
+      matcher->reset(m_DatabaseName);
+      if (matcher->matches()) return true;
+    } catch (const QRError&) {
+      if (m_Trace != nullptr)
+        m_Trace->SetCause(
+            DiagnosticKind::InvalidPattern, m_PatternPlaces[i],
+            "The active data-source pattern " + Quoted(m_ActivePatterns[i]) + " of " +
+                Quoted(m_Driver.value().Name()) +
+                (matcher
+                     ? " cannot be matched against the database name " + Quoted(m_DatabaseName) +
+                           " (line " + std::to_string(CurrentLine()) + " of " + Quoted(m_FileName) +
+                           ") within the matcher's limits (QRError 283)."
+                     : " is not a valid regular expression (QRError 283); it is tried for "
+                       "the database " +
+                           Quoted(m_DatabaseName) + " (line " + std::to_string(CurrentLine()) +
+                           " of " + Quoted(m_FileName) + ")."),
+            m_ActivePatterns[i]);
+      throw;
+    }
+  }
+  return false;
 }
 
 void DsfXmlParser::AddDatabase() {
@@ -181,13 +355,56 @@ void DsfXmlParser::AddDatabase() {
   TreeNode& database = *m_Driver.ch_push_back(Node(m_DatabaseName));
   Node& node = database.value();
   static_cast<tnode<Field>&>(node) = m_Defaults;
-  node.push_back(Field(kConfigurationFileField, m_FileName));
-  node.push_back(Field(kDirectoryField, m_Setup.Directory()));
-  for (const auto& version : m_Setup.Versions())
-    node.push_back(Field(version.first, version.second));
+  const bool fileAdded = node.push_back(Field(kConfigurationFileField, m_FileName));
+  const bool directoryAdded = node.push_back(Field(kDirectoryField, m_Setup.Directory()));
+  std::vector<bool> versionsAdded;
+  for (const auto& version : m_Setup.Versions()) {
+    const bool added = node.push_back(Field(version.first, version.second));
+    if (m_Trace != nullptr) versionsAdded.push_back(added);
+  }
   m_CurrentTreeNode = &database;
   m_CurrentNode = &node;
-  m_NameTable.try_emplace(m_DatabaseName, m_DatabaseName);
+  const auto entry = m_NameTable.try_emplace(m_DatabaseName, m_DatabaseName);
+  if (m_Trace == nullptr) return;
+
+  // Every database made from the same defaults starts with the same fields: one template of
+  // their origins serves them all until the defaults change.
+  if (m_Template == nullptr) {
+    LoadTrace::Template fields;
+    for (const Field& field : m_Defaults) fields.push_back(m_Trace->OriginOf(m_Defaults, field));
+    const SetupXmlParser::Places& places = m_Setup.ResultPlaces();
+    const std::string_view setupFile = m_Setup.File();
+    if (fileAdded)
+      fields.push_back(
+          m_Trace->NewOrigin({setupFile, places.DataFileName, 0}, "setup file", m_FileName));
+    if (directoryAdded)
+      fields.push_back(
+          m_Trace->NewOrigin({setupFile, places.Directory, 0}, "setup file", m_Setup.Directory()));
+    std::size_t index = 0;
+    for (const auto& version : m_Setup.Versions()) {
+      if (!versionsAdded[index++]) continue;
+      const auto line = places.Versions.find(version.first);
+      fields.push_back(
+          m_Trace->NewOrigin({setupFile, line == places.Versions.end() ? 0 : line->second, 0},
+                             "setup file", version.second));
+    }
+    m_Template = m_Trace->KeepTemplate(std::move(fields));
+  }
+  m_Trace->SetTemplate(node, m_Template);
+  m_Trace->SetNodeLocation(node, Here());
+  if (!entry.second) {
+    const bool twice = entry.first->second == m_DatabaseName;
+    m_Trace->Report(
+        DiagnosticSeverity::Warning, DiagnosticKind::NameCollision, Here(),
+        twice
+            ? "The database " + Quoted(m_DatabaseName) + " of " + Quoted(m_Driver.value().Name()) +
+                  " is declared a second time: both are loaded, and every look-up "
+                  "finds the first."
+            : "The database name " + Quoted(m_DatabaseName) + " is already an alias of " +
+                  Quoted(entry.first->second) + " of " + Quoted(m_Driver.value().Name()) +
+                  ": resolving it gives " + Quoted(entry.first->second) + ".",
+        m_DatabaseName);
+  }
 }
 
 bool DsfXmlParser::PlatformSupported(const unsigned short* list) {
@@ -211,18 +428,121 @@ bool DsfXmlParser::PlatformCheck(const OrvXmlAttributeValue* attributes) {
   return true;
 }
 
-void DsfXmlParser::SetLibrary(const std::string& value) {
-  if (Field* field = FirstField(*m_CurrentNode, kLibraryField)) {
+void DsfXmlParser::SetLibrary(const std::string& value, std::string_view source) {
+  Field* field = FirstField(*m_CurrentNode, kLibraryField);
+  const ValueOrigin* before = nullptr;
+  if (m_Trace != nullptr && field != nullptr) {
+    before = m_Trace->OriginOf(*m_CurrentNode, *field);
+    if (field->ValueType() != Field::String) SetMismatchCause(*field, kLibraryField, value);
+  }
+  if (field != nullptr) {
     field->Update(value);
   } else {
     m_CurrentNode->push_back(Field(kLibraryField, value));
   }
+  if (m_Trace != nullptr) TraceSet(field, before, source, value);
 }
 
 void DsfXmlParser::SetParameter() {
-  if (Field* field = FirstField(*m_CurrentNode, m_ParameterName)) {
+  Field* field = FirstField(*m_CurrentNode, m_ParameterName);
+  const ValueOrigin* before = nullptr;
+  if (m_Trace != nullptr) {
+    const std::string what = "<Parameter Name=" + Quoted(m_ParameterName) + ">";
+    TraceLayout(m_Text, what);
+    TraceClassification(m_Text, what);
+    if (field != nullptr) {
+      before = m_Trace->OriginOf(*m_CurrentNode, *field);
+      const Value value = Classify(m_Text);
+      const Field::ValueTag given = value.Type == Value::Bool   ? Field::Bool
+                                    : value.Type == Value::Long ? Field::Long
+                                                                : Field::String;
+      if (given != field->ValueType()) SetMismatchCause(*field, m_ParameterName, m_Text);
+    }
+  }
+  if (field != nullptr) {
     StoreValue(*field, m_Text);
   } else {
     m_CurrentNode->push_back(MakeField(m_ParameterName, m_Text));
   }
+  if (m_Trace != nullptr)
+    TraceSet(field, before, m_CurrentNode == &m_Defaults ? "Defaults" : "DataBase", m_Text);
+}
+
+// --- Diagnostics.
+
+void DsfXmlParser::TraceMerge(const Node& driversDefaults) {
+  // The merge runs field by field, each through Node::Update itself, so that the origin of
+  // every default is known and a failure names the two values that clash.
+  for (const Field& field : driversDefaults) {
+    Field* before = FirstField(m_Defaults, field.Name());
+    const ValueOrigin* beforeOrigin = before ? m_Trace->OriginOf(m_Defaults, *before) : nullptr;
+    const ValueOrigin* source = m_Trace->OriginOf(driversDefaults, field);
+    const bool clash = before != nullptr && before->ValueType() != field.ValueType() &&
+                       (before->ValueType() == Field::Bool || before->ValueType() == Field::Long ||
+                        before->ValueType() == Field::String);
+    if (clash)
+      m_Trace->SetCause(
+          DiagnosticKind::ValueType, source != nullptr ? source->Where : SourceLocation{},
+          "The defaults of every database give " + Quoted(field.Name()) + " both as a " +
+              TypeName(before->ValueType()) + ", " + LoadTrace::Describe(beforeOrigin) +
+              ", and as a " + TypeName(field.ValueType()) + ", " + LoadTrace::Describe(source) +
+              ": merging them fails with QRError 1.",
+          field.Name());
+    Node one(field.Name());
+    one.push_back(field);
+    m_Defaults.Update(one);
+    Field* after = FirstField(m_Defaults, field.Name());
+    if (after == nullptr) continue;
+    m_Trace->SetOrigin(
+        m_Defaults, *after,
+        before == nullptr || source == nullptr
+            ? source
+            : m_Trace->NewOrigin(source->Where, source->Source, source->Text, beforeOrigin));
+  }
+}
+
+void DsfXmlParser::TraceOutOfPlace(const char* element) {
+  if (m_QuietDepth > 0) return;
+  m_Trace->Report(DiagnosticSeverity::Warning, DiagnosticKind::IgnoredElement, Here(),
+                  std::string("<") + element +
+                      (std::string(element) == "Alias"
+                           ? "> stands outside an accepted <DataBase>: the reader skips it."
+                           : "> stands outside <Defaults> and <DataBase>: the reader skips it "
+                             "with everything inside it."));
+}
+
+void DsfXmlParser::TraceSkipped(const char* reason, bool warning) {
+  m_Trace->Report(warning ? DiagnosticSeverity::Warning : DiagnosticSeverity::Note,
+                  DiagnosticKind::DatabaseSkipped, Here(),
+                  "The database " + Quoted(m_DatabaseName) + " of " +
+                      Quoted(m_Driver.value().Name()) + " " + reason + ": it is skipped.",
+                  m_DatabaseName);
+}
+
+void DsfXmlParser::SetMismatchCause(const Field& field, const std::string& name,
+                                    const std::string& text) {
+  const Value value = Classify(text);
+  const Field::ValueTag given = value.Type == Value::Bool   ? Field::Bool
+                                : value.Type == Value::Long ? Field::Long
+                                                            : Field::String;
+  m_Trace->SetCause(DiagnosticKind::ValueType, ElementStart(),
+                    "The value " + Quoted(text) + " of " + Quoted(name) + " in " + Where() +
+                        " is a " + TypeName(given) + ", but the field it updates is a " +
+                        TypeName(field.ValueType()) + ", " +
+                        LoadTrace::Describe(m_Trace->OriginOf(*m_CurrentNode, field)) +
+                        ": the reader stops with QRError 1 and reads no more of the file.",
+                    name);
+}
+
+void DsfXmlParser::TraceSet(Field* updated, const ValueOrigin* before, std::string_view source,
+                            const std::string& text) {
+  m_Trace->ClearCause();
+  const Field& field = updated != nullptr ? *updated : m_CurrentNode->back();
+  m_Trace->SetOrigin(*m_CurrentNode, field, NewOrigin(source, text, before));
+  if (m_CurrentNode == &m_Defaults) m_Template = nullptr;
+}
+
+std::string DsfXmlParser::Where() const {
+  if (m_CurrentNode == &m_Defaults) return "the <Defaults> section";
+  return "the database " + Quoted(m_CurrentNode->Name());
 }

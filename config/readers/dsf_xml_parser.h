@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "qr_config/config/model/tree.h"
@@ -34,12 +35,18 @@
 // "DataBase" are skipped like every other out-of-place element.
 //
 // Errors: QRError 1 when a value's type differs from the existing field it updates; QRError
-// 283 with the pattern when the regular-expression engine gives up matching a name (its
-// backtracking limit); parse failures as 279 to 282 with the file's path
-// (ReaderFrame::Parse). What was appended before an error stays in the tree and the table.
+// 283 with the pattern when an active-database pattern that is tried does not compile, or
+// when the regular-expression engine gives up matching a name (its limits); parse failures
+// as 279 to 282 with the file's path (ReaderFrame::Parse). What was appended before an error
+// stays in the tree and the table.
 //
-// Cost: no allocation per event beyond the nodes, fields and table entries it creates; the
-// active-database patterns are compiled once, by SetActiveDatabases.
+// Diagnostics (with a trace): every database skipped and why (no "Active", "No", a case
+// variant of "No", the platform, the active-database patterns), an active-database pattern
+// that can never compile, out-of-place elements, an alias or database name that an earlier
+// one took, the cause of a type mismatch, and the origin of every field it sets.
+//
+// Cost: no allocation per event beyond the nodes, fields and table entries it creates; each
+// active-database pattern is compiled when it is first tried, once.
 class DsfXmlParser : public ReaderFrame {
  public:
   using TreeNode = tree_node<Node>;
@@ -60,19 +67,29 @@ class DsfXmlParser : public ReaderFrame {
   // outlive the reader. The defaults start as a merge of the "Drivers defaults" fields
   // (Node::Update): throws QRError 261 when one of them is neither Bool, Long nor String,
   // and QRError 1 when two of them share a name with different types.
+  // With a trace, the merge reports the origin of each default and the cause of a failure.
   DsfXmlParser(const TreeNode& driversDefaults, TreeNode& driver,
-               std::map<std::string, std::string>& nameTable, const SetupXmlParser& setup);
+               std::map<std::string, std::string>& nameTable, const SetupXmlParser& setup,
+               LoadTrace* trace = nullptr);
   ~DsfXmlParser() override;
 
   // Restricts loading to databases whose whole name matches one of `patterns` (regular
-  // expressions, tried in order); an empty list lifts the restriction. Each pattern is
-  // compiled here, once. Throws QRError 283 with the pattern when one is not a valid
-  // regular expression; the previous patterns then stay in force.
-  void SetActiveDatabases(const std::vector<std::string>& patterns);
+  // expressions, tried in order until one matches); an empty list lifts the restriction.
+  // Each pattern is compiled when it is first tried, so an invalid pattern behind one that
+  // matches every database is never compiled. With a trace, `places` (parallel to
+  // `patterns`, or empty) tells where each pattern was written.
+  void SetActiveDatabases(const std::vector<std::string>& patterns,
+                          const std::vector<SourceLocation>& places = {});
+
+  // The elements and attributes this reader acts on.
+  static const std::vector<ElementVocabulary>& Vocabulary();
 
  protected:
   // Takes the path text for the "Configuration File" fields.
   void BeginParse(const Poco::Path& file) override;
+  // With a trace: reports the active-database patterns that were never tried and cannot
+  // compile.
+  void EndParse() override;
 
   void StartElementHandler(const unsigned short* name,
                            const OrvXmlAttributeValue* attributes) override;
@@ -81,18 +98,33 @@ class DsfXmlParser : public ReaderFrame {
 
  private:
   std::int32_t Top() const { return m_States.back(); }
+  // Pushes a state; with a trace, `quiet` marks a Skip that is by design (a rejected
+  // database, an element for another platform), inside which nothing is out of place.
+  void Push(std::int32_t state, bool quiet = false);
   std::int32_t Pop();
   bool Accept(const OrvXmlAttributeValue* attributes);
+  bool MatchesActivePattern();
   void AddDatabase();
   bool PlatformSupported(const unsigned short* list);
   bool PlatformCheck(const OrvXmlAttributeValue* attributes);
-  void SetLibrary(const std::string& value);
+  void SetLibrary(const std::string& value, std::string_view source);
   void SetParameter();
+  // Diagnostics helpers, used with a trace only.
+  void TraceMerge(const Node& driversDefaults);
+  void TraceOutOfPlace(const char* element);
+  void TraceSkipped(const char* reason, bool warning);
+  void SetMismatchCause(const Field& field, const std::string& name, const std::string& text);
+  void TraceSet(Field* updated, const ValueOrigin* before, std::string_view source,
+                const std::string& text);
+  std::string Where() const;
 
   std::deque<std::int32_t> m_States;  // back() is the top; the bottom Skip is never popped
   std::string m_FileName;
-  // One compiled matcher per pattern, same order (matchers can be neither copied nor moved).
+  // The active-database patterns and their matchers, same order; a matcher is made when its
+  // pattern is first tried (matchers can be neither copied nor moved).
+  std::vector<std::string> m_ActivePatterns;
   std::vector<std::unique_ptr<RegularExpression::Matcher>> m_ActiveMatchers;
+  std::vector<SourceLocation> m_PatternPlaces;
   TreeNode& m_Driver;
   std::map<std::string, std::string>& m_NameTable;
   const SetupXmlParser& m_Setup;
@@ -106,4 +138,10 @@ class DsfXmlParser : public ReaderFrame {
   std::string m_DatabaseName;
   std::string m_PlatformList;
   std::string m_PlatformName;
+  // Diagnostics state, used with a trace only.
+  std::vector<bool> m_Quiet;  // parallel to m_States: pushed by design
+  int m_QuietDepth = 0;
+  const std::vector<const ValueOrigin*>* m_Template = nullptr;  // of the current defaults
+  std::string m_Active;  // the "Active" value of the "DataBase" being accepted
+  bool m_HasActive = false;
 };

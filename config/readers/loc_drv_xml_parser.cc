@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "qr_config/config/readers/load_trace.h"
+
 namespace {
 
 const std::string kNetworkLayer("NetworkLayer");
@@ -13,12 +15,22 @@ const ucs2string kCommentId("Comment");
 
 }  // namespace
 
-LocDrvXmlParser::LocDrvXmlParser() = default;
+const std::vector<ElementVocabulary>& LocDrvXmlParser::Vocabulary() {
+  static const std::vector<ElementVocabulary> kWords = {
+      VocabularyEntry(kNetworkLayer, {&kName}),
+      VocabularyEntry(kMessage, {&kId}),
+  };
+  return kWords;
+}
+
+LocDrvXmlParser::LocDrvXmlParser()
+    : BasicDrvXmlParser(FileRole::LocalizedDriverFile, Vocabulary()) {}
 
 LocDrvXmlParser::~LocDrvXmlParser() = default;
 
 void LocDrvXmlParser::StartElementHandler(const unsigned short* name,
                                           const OrvXmlAttributeValue* attributes) {
+  if (m_Trace != nullptr) ObserveStart(name, attributes);
   ReaderText::Assign(name, m_ElementName);
   if (m_ElementName == kNetworkLayer) {
     for (const OrvXmlAttributeValue* a = attributes; a->Name != nullptr; ++a) {
@@ -26,16 +38,26 @@ void LocDrvXmlParser::StartElementHandler(const unsigned short* name,
         ReaderText::Assign(a->Value, m_Current.Key);
         m_Current.ExternalName.clear();
         m_Current.Comment.clear();
+        if (m_Trace != nullptr) m_CurrentLine = CurrentLine();
       }
     }
   } else if (m_ElementName == kMessage) {
     m_MessageText.clear();
+    m_MessageChunks = 0;
     for (const OrvXmlAttributeValue* a = attributes; a->Name != nullptr; ++a) {
       if (a->Name == kId) {
         if (a->Value == kNameId) {
           m_MessageKind = NameMessage;
         } else if (a->Value == kCommentId) {
           m_MessageKind = CommentMessage;
+        } else if (m_Trace != nullptr) {
+          static const std::vector<std::string> kIds = {"Name", "Comment"};
+          std::string id;
+          ReaderText::Assign(a->Value, id);
+          m_Trace->Report(DiagnosticSeverity::Warning, DiagnosticKind::UnknownValue, Here(),
+                          "The message id \"" + id +
+                              "\" is neither \"Name\" nor \"Comment\": the message is ignored.",
+                          id, 0, &kIds);
         }
       }
     }
@@ -43,13 +65,25 @@ void LocDrvXmlParser::StartElementHandler(const unsigned short* name,
 }
 
 void LocDrvXmlParser::EndElementHandler(const unsigned short* name) {
+  EndScope scope(*this);
   ReaderText::Assign(name, m_ElementName);
   if (m_ElementName == kNetworkLayer) {
     if (!m_Current.ExternalName.empty()) {
       m_Entries.push_back(std::move(m_Current));
       m_Current = LocalizedEntry();
+      if (m_Trace != nullptr) m_Lines.push_back(m_CurrentLine);
+    } else if (m_Trace != nullptr) {
+      m_Trace->Report(DiagnosticSeverity::Warning, DiagnosticKind::IgnoredElement, ElementStart(),
+                      "The texts of \"" + m_Current.Key +
+                          "\" have no message with id \"Name\": the entry is dropped.",
+                      m_Current.Key);
     }
   } else if (m_ElementName == kMessage) {
+    if (m_Trace != nullptr && m_MessageChunks > 1 && m_MessageKind != NoMessage)
+      m_Trace->Report(DiagnosticSeverity::Warning, DiagnosticKind::ValueLayout, ElementStart(),
+                      "The message \"" + std::string(RawText()) +
+                          "\" does not stand on one line with its tags: only its last line, \"" +
+                          m_MessageText.str() + "\", is kept.");
     if (m_MessageKind == CommentMessage) {
       m_Current.Comment = m_MessageText;
     } else if (m_MessageKind == NameMessage) {
@@ -60,6 +94,10 @@ void LocDrvXmlParser::EndElementHandler(const unsigned short* name) {
 }
 
 void LocDrvXmlParser::CharacterDataHandler(const unsigned short* text, int length) {
+  if (m_Trace != nullptr) {
+    ObserveText(text, length);
+    ++m_MessageChunks;
+  }
   if (m_MessageKind == NoMessage) return;
   m_MessageText.assign_utf16(text, length > 0 ? static_cast<std::size_t>(length) : 0);
 }

@@ -28,6 +28,10 @@ struct LocalizedEntry {
 //
 // The reader raises nothing of its own; parse failures are 264 to 267 with the file's path
 // (ReaderFrame::Parse). Writes nothing into the tree.
+//
+// Diagnostics (with a trace): an "id" that is neither "Name" nor "Comment", a message spread
+// over several lines, a "NetworkLayer" dropped for want of a "Name" message; and the line of
+// every entry (EntryLines), for the caller's own diagnostics.
 class LocDrvXmlParser : public BasicDrvXmlParser {
  public:
   LocDrvXmlParser();
@@ -36,6 +40,11 @@ class LocDrvXmlParser : public BasicDrvXmlParser {
   // The entries read, in file order. Complete only after Parse returned normally; valid
   // until the reader is destroyed.
   const std::vector<LocalizedEntry>& Entries() const { return m_Entries; }
+  // With a trace: the line of each entry's "NetworkLayer", parallel to Entries().
+  const std::vector<unsigned long>& EntryLines() const { return m_Lines; }
+
+  // The elements and attributes this reader acts on.
+  static const std::vector<ElementVocabulary>& Vocabulary();
 
  protected:
   void StartElementHandler(const unsigned short* name,
@@ -51,4 +60,7 @@ class LocDrvXmlParser : public BasicDrvXmlParser {
   std::int32_t m_MessageKind = NoMessage;  // the kind of the "Message" being read
   orv_utf8string m_MessageText;            // the text of the "Message" being read
   std::string m_ElementName;               // UTF-8 element name of the event, reused
+  std::vector<unsigned long> m_Lines;
+  unsigned long m_CurrentLine = 0;
+  int m_MessageChunks = 0;
 };

@@ -1,7 +1,10 @@
 #include "qr_config/config/readers/reader_frame.h"
 
+#include <Poco/File.h>
+
 #include <cstddef>
 
+#include "qr_config/config/readers/load_trace.h"
 #include "qr_config/platform/qr_error.h"
 
 namespace ReaderText {
@@ -33,12 +36,37 @@ void AppendCut(const unsigned short* text, int length, std::string& out) {
 
 }  // namespace ReaderText
 
+ElementVocabulary VocabularyEntry(const std::string& element,
+                                  std::initializer_list<const ucs2string*> attributes) {
+  ElementVocabulary entry{element, {}};
+  for (const ucs2string* attribute : attributes) {
+    entry.Attributes.emplace_back();
+    AppendUtf16AsUtf8(attribute->data(), attribute->size(), entry.Attributes.back());
+  }
+  return entry;
+}
+
+ElementVocabulary VocabularyEntry(const ucs2string& element,
+                                  std::initializer_list<const ucs2string*> attributes) {
+  std::string name;
+  AppendUtf16AsUtf8(element.data(), element.size(), name);
+  return VocabularyEntry(name, attributes);
+}
+
 ReaderFrame::~ReaderFrame() = default;
 
 void ReaderFrame::BeginParse(const Poco::Path&) {}
 
+void ReaderFrame::EndParse() {}
+
 void ReaderFrame::Parse(const Poco::Path& file) {
   BeginParse(file);
+  if (m_Trace != nullptr) {
+    m_TracedPath = m_Trace->Keep(file.toString());
+    m_Open.clear();
+    m_RawText.clear();
+    m_Trace->FileRead(m_Role, m_TracedPath);
+  }
   try {
     XMLParser::Parse(file);
   } catch (const QRError& error) {
@@ -59,8 +87,10 @@ void ReaderFrame::Parse(const Poco::Path& file) {
       default:
         throw;
     }
+    if (m_Trace != nullptr) SetParseCause(file);
     ThrowQRError(code, file.toString());
   }
+  EndParse();
 }
 
 ReaderFrame::Value ReaderFrame::Classify(const std::string& text) {
@@ -106,4 +136,167 @@ void ReaderFrame::StoreValue(Field& field, const std::string& text) {
       field.Update(text);
       return;
   }
+}
+
+// --- Diagnostics.
+
+namespace {
+
+std::string Trim(const std::string& text) {
+  const auto first = text.find_first_not_of(" \t\r\n");
+  if (first == std::string::npos) return std::string();
+  const auto last = text.find_last_not_of(" \t\r\n");
+  return text.substr(first, last - first + 1);
+}
+
+bool EqualIgnoringCase(const std::string& a, const std::string& b) {
+  if (a.size() != b.size()) return false;
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
+    if (lower(a[i]) != lower(b[i])) return false;
+  }
+  return true;
+}
+
+const char* TypeWord(int kind) {
+  switch (kind) {
+    case 0:
+      return "boolean";
+    case 1:
+      return "integer";
+    default:
+      return "text";
+  }
+}
+
+}  // namespace
+
+void ReaderFrame::SetParseCause(const Poco::Path& file) {
+  const XmlDiagnostic& failure = LastError();
+  const std::string role = FileRoleName(m_Role);
+  SourceLocation where{m_TracedPath, failure.Line, failure.Column};
+  switch (failure.Code) {
+    case QRErrorCode::ParseCannotRead:
+      if (!Poco::File(file).exists()) {
+        m_Trace->SetCause(DiagnosticKind::MissingFile, where,
+                          "The " + role + " \"" + file.toString() + "\" does not exist.");
+      } else {
+        m_Trace->SetCause(DiagnosticKind::XmlError, where,
+                          "The " + role + " cannot be read (" + failure.Message + ").");
+      }
+      return;
+    case QRErrorCode::ParseNotWellFormed:
+      m_Trace->SetCause(DiagnosticKind::XmlError, where,
+                        "The " + role + " is not well-formed XML (" + failure.Message + ").");
+      return;
+    case QRErrorCode::ParseEncoding:
+      m_Trace->SetCause(DiagnosticKind::XmlError, where,
+                        "The " + role + " has an encoding problem (" + failure.Message + ").");
+      return;
+    default:
+      m_Trace->SetCause(DiagnosticKind::XmlError, where,
+                        "The XML parser refuses the " + role + " (" + failure.Message + ").");
+      return;
+  }
+}
+
+void ReaderFrame::ObserveStart(const unsigned short* name, const OrvXmlAttributeValue* attributes) {
+  ReaderText::Assign(name, m_Scratch);
+  const bool root = m_Open.empty();
+  m_Open.push_back({m_Scratch, CurrentLine()});
+  m_RawText.clear();
+  if (root) return;
+
+  const std::string role = FileRoleName(m_Role);
+  const ElementVocabulary* known = nullptr;
+  for (const ElementVocabulary& element : m_Vocabulary) {
+    if (element.Element == m_Scratch) known = &element;
+  }
+  if (known == nullptr) {
+    std::vector<std::string> candidates;
+    std::string variant;
+    for (const ElementVocabulary& element : m_Vocabulary) {
+      candidates.push_back(element.Element);
+      if (EqualIgnoringCase(element.Element, m_Scratch)) variant = element.Element;
+    }
+    const std::string message =
+        variant.empty() ? "The reader of the " + role + " does not know the element <" + m_Scratch +
+                              "> and passes over it."
+                        : "The element <" + m_Scratch + "> is not <" + variant +
+                              ">: names are case-sensitive, so the reader passes over it.";
+    m_Trace->Report(DiagnosticSeverity::Warning,
+                    variant.empty() ? DiagnosticKind::UnknownElement : DiagnosticKind::CaseVariant,
+                    Here(), message, m_Scratch, 0, &candidates);
+    return;
+  }
+  std::string attribute;
+  for (const OrvXmlAttributeValue* a = attributes; a->Name != nullptr; ++a) {
+    ReaderText::Assign(a->Name, attribute);
+    bool read = false;
+    for (const std::string& candidate : known->Attributes) read = read || candidate == attribute;
+    if (read) continue;
+    std::string message = "The element <" + known->Element + "> has no attribute \"" + attribute +
+                          "\" that the reader reads: it is ignored";
+    message += known->Attributes.empty() ? " (the element reads no attribute)." : ".";
+    m_Trace->Report(DiagnosticSeverity::Warning, DiagnosticKind::UnknownAttribute, Here(), message,
+                    attribute, 0, &known->Attributes);
+  }
+}
+
+void ReaderFrame::ObserveEnd() noexcept {
+  if (!m_Open.empty()) m_Open.pop_back();
+}
+
+void ReaderFrame::ObserveText(const unsigned short* text, int length) {
+  ReaderText::Append(text, length, m_RawText);
+}
+
+SourceLocation ReaderFrame::Here() const {
+  return SourceLocation{m_TracedPath, CurrentLine(), 0};
+}
+
+SourceLocation ReaderFrame::ElementStart() const {
+  return SourceLocation{m_TracedPath, m_Open.empty() ? CurrentLine() : m_Open.back().Line, 0};
+}
+
+const std::string& ReaderFrame::ParentName() const {
+  static const std::string kNone;
+  return m_Open.size() < 2 ? kNone : m_Open[m_Open.size() - 2].Name;
+}
+
+void ReaderFrame::TraceLayout(const std::string& kept, const std::string& what) {
+  const std::string written = Trim(m_RawText);
+  if (m_RawText.find('\n') == std::string::npos || written.empty() || kept == written) return;
+  m_Trace->Report(DiagnosticSeverity::Warning, DiagnosticKind::ValueLayout, ElementStart(),
+                  "The value \"" + written + "\" of " + what +
+                      " does not stand on the line of its start tag: the reader takes \"" + kept +
+                      "\" instead.");
+}
+
+void ReaderFrame::TraceClassification(const std::string& text, const std::string& what) {
+  if (Classify(text).Type != Value::String) return;
+  const std::string trimmed = Trim(text);
+  if (trimmed != text && !trimmed.empty()) {
+    const Value value = Classify(trimmed);
+    if (value.Type != Value::String) {
+      m_Trace->Report(DiagnosticSeverity::Warning, DiagnosticKind::ValueLayout, ElementStart(),
+                      "The value \"" + text + "\" of " + what +
+                          " has blanks around it: it is the text \"" + text + "\", not the " +
+                          TypeWord(value.Type) + " " + trimmed + ".");
+      return;
+    }
+  }
+  m_IntegerMatcher.reset(text);
+  if (!text.empty() && m_IntegerMatcher.matches()) {
+    m_Trace->Report(DiagnosticSeverity::Warning, DiagnosticKind::ValueType, ElementStart(),
+                    "The value " + text + " of " + what +
+                        " does not fit a 32-bit integer (-2147483648 to 2147483647): it is "
+                        "taken as the text \"" +
+                        text + "\".");
+  }
+}
+
+const ValueOrigin* ReaderFrame::NewOrigin(std::string_view source, std::string_view text,
+                                          const ValueOrigin* replaced) {
+  return m_Trace->NewOrigin(ElementStart(), source, text, replaced);
 }

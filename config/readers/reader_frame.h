@@ -9,11 +9,18 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "Poco/Path.h"
 #include "qr_config/config/model/node.h"
+#include "qr_config/config/readers/load_observer.h"
+#include "qr_config/config/readers/reader_vocabulary.h"
 #include "qr_config/platform/xml_parser.h"
+
+class LoadTrace;
 
 // The codes a reader reports in place of the XML layer's parse codes 45, 46, 47 and 48.
 struct ReaderFileCodes {
@@ -52,11 +59,23 @@ void AppendCut(const unsigned short* text, int length, std::string& out);
 
 }  // namespace ReaderText
 
+// One row of a reader's vocabulary, from the name constants the reader compares with.
+ElementVocabulary VocabularyEntry(const ucs2string& element,
+                                  std::initializer_list<const ucs2string*> attributes = {});
+ElementVocabulary VocabularyEntry(const std::string& element,
+                                  std::initializer_list<const ucs2string*> attributes = {});
+
 // Base of every reader: an XMLParser with the reader-level Parse.
 //
 // A reader object serves one thread from construction to destruction; nothing in it is
 // locked. The name constants the readers compare with are made while the library is loaded
 // and only read afterwards, so readers on different threads may run at the same time.
+//
+// Diagnostics: a reader given a LoadTrace reports what it decides (load_trace.h): the frame
+// itself reports the file read, a parse failure with its line and column, elements and
+// attributes outside the reader's vocabulary (the root element's name is free), values the
+// line-break cut or the classification take other than written; each reader reports its own
+// decisions. Without a trace none of this runs.
 class ReaderFrame : public XMLParser {
  public:
   using Field = ConfigManagerTypes::Field;
@@ -79,6 +98,10 @@ class ReaderFrame : public XMLParser {
   // results are complete only when Parse returns normally.
   void Parse(const Poco::Path& file);
 
+  // Reports this reader's decisions to `trace` from the next Parse on (null: nothing is
+  // reported). The trace must outlive the parses.
+  void SetTrace(LoadTrace* trace) { m_Trace = trace; }
+
  protected:
   // The kind of a value text, in the order a caller uses the classification: boolean when
   // the whole text is one of false, n, no, true, y, ye, yes, ys in any letter case; else
@@ -91,10 +114,59 @@ class ReaderFrame : public XMLParser {
     std::int32_t Integer = 0;
   };
 
-  explicit ReaderFrame(const ReaderFileCodes& codes) : m_Codes(codes) {}
+  // `vocabulary`: the elements and attributes the reader acts on, from the names it compares
+  // with; it must outlive the reader.
+  ReaderFrame(const ReaderFileCodes& codes, FileRole role,
+              const std::vector<ElementVocabulary>& vocabulary)
+      : m_Codes(codes), m_Role(role), m_Vocabulary(vocabulary) {}
 
-  // Hook run by Parse before the file is read; the default does nothing.
+  // Hooks run by Parse before the file is read and after it was read whole; the defaults do
+  // nothing.
   virtual void BeginParse(const Poco::Path& file);
+  virtual void EndParse();
+
+  // --- Diagnostics, for readers with a trace (m_Trace not null) only.
+  // Called first by the reader's start and end handlers: keeps the element stack and the
+  // raw text of the current element, and reports names outside the vocabulary.
+  void ObserveStart(const unsigned short* name, const OrvXmlAttributeValue* attributes);
+  void ObserveEnd() noexcept;
+  // Calls ObserveEnd when it goes out of scope, so that an end handler's own work still sees its
+  // element as the innermost open one, on every path out of the handler.
+  class EndScope {
+   public:
+    explicit EndScope(ReaderFrame& frame) : m_Frame(frame) {}
+    ~EndScope() {
+      if (m_Frame.m_Trace != nullptr) m_Frame.ObserveEnd();
+    }
+    EndScope(const EndScope&) = delete;
+    EndScope& operator=(const EndScope&) = delete;
+
+   private:
+    ReaderFrame& m_Frame;
+  };
+  // Called by the character-data handler with every chunk, before any cut.
+  void ObserveText(const unsigned short* text, int length);
+  // The file being read, kept by the trace.
+  std::string_view TracedPath() const { return m_TracedPath; }
+  // The current event, and the start tag of the innermost open element.
+  SourceLocation Here() const;
+  SourceLocation ElementStart() const;
+  // The name of the element enclosing the innermost open one; empty at the root.
+  const std::string& ParentName() const;
+  // The text between the innermost open element's start tag and now, uncut.
+  const std::string& RawText() const { return m_RawText; }
+  // Reports when the text `kept` of a value element is not the text written between its
+  // tags: a value on the lines after its start tag, or text around a child element.
+  // `what` describes the element ("<Parameter Name=\"Port\">").
+  void TraceLayout(const std::string& kept, const std::string& what);
+  // Reports when `text` of a value is classified as text though it looks like a number or a
+  // yes/no word (blanks around it, or digits beyond 32 bits). Uses the reader's matchers.
+  void TraceClassification(const std::string& text, const std::string& what);
+  // A new origin at the innermost open element's start tag.
+  const ValueOrigin* NewOrigin(std::string_view source, std::string_view text,
+                               const ValueOrigin* replaced = nullptr);
+
+  LoadTrace* m_Trace = nullptr;
 
   // Classifies `text` with XMLParser::ParseParameter (the reader's own matchers).
   Value Classify(const std::string& text);
@@ -108,5 +180,18 @@ class ReaderFrame : public XMLParser {
   void StoreValue(Field& field, const std::string& text);
 
  private:
+  void SetParseCause(const Poco::Path& file);
+
   ReaderFileCodes m_Codes;
+  FileRole m_Role;
+  const std::vector<ElementVocabulary>& m_Vocabulary;
+  // Diagnostics state, used with a trace only.
+  std::string_view m_TracedPath;
+  struct OpenElement {
+    std::string Name;
+    unsigned long Line;
+  };
+  std::vector<OpenElement> m_Open;
+  std::string m_RawText;
+  std::string m_Scratch;
 };

@@ -3,6 +3,8 @@
 
 #include <map>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "qr_config/config/readers/reader_frame.h"
 
@@ -17,6 +19,11 @@
 // between its tags keeps its indentation), so an element with a child yields only the text
 // after that child's start tag. For repeated elements the last "NetworkLayer" name and the last
 // "Directory" and "DataFileName" texts win, while the first "Version" of a type stays.
+//
+// Diagnostics (with a trace): values not on the line of their tags, a "Directory",
+// "DataFileName" or "NetworkLayer" given twice (the last counts), a "Version" type given twice
+// (the first counts) or a "Version" without "Type"; and the place of each result, for the
+// loader's own diagnostics.
 //
 // One reader serves every setup file in turn. Parse empties the four results but keeps the
 // last "Type" seen: a "Version" without "Type" is filed under the type of the last "Version"
@@ -37,6 +44,21 @@ class SetupXmlParser : public ReaderFrame {
   // Version type to version text, ordered by type, byte-wise.
   const std::map<std::string, std::string>& Versions() const { return m_Versions; }
 
+  // With a trace: the start tags that gave each result (line 0 when none did); the version
+  // lines are keyed like Versions().
+  struct Places {
+    unsigned long NetworkLayer = 0;
+    unsigned long Directory = 0;
+    unsigned long DataFileName = 0;
+    std::map<std::string, unsigned long> Versions;
+  };
+  const Places& ResultPlaces() const { return m_Places; }
+  // The file of the last Parse, as the trace keeps it (empty without a trace).
+  std::string_view File() const { return TracedPath(); }
+
+  // The elements and attributes this reader acts on.
+  static const std::vector<ElementVocabulary>& Vocabulary();
+
  protected:
   // Empties the four results; the last "Type" survives on purpose (see above).
   void BeginParse(const Poco::Path& file) override;
@@ -53,4 +75,6 @@ class SetupXmlParser : public ReaderFrame {
   std::string m_Directory;
   std::string m_DataFileName;
   std::map<std::string, std::string> m_Versions;
+  Places m_Places;
+  bool m_VersionTyped = false;  // the "Version" being read has its own "Type"
 };

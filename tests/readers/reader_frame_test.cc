@@ -61,7 +61,7 @@ TYPED_TEST(ReaderFrameTest, ParseCodesBecomeFileCodesWithThePath) {
 
 // The frame's typing of values, and a start handler that throws what the test gives it.
 struct Probe : ReaderFrame {
-  Probe() : ReaderFrame(kConfigFileCodes) {}
+  Probe() : ReaderFrame(kConfigFileCodes, FileRole::MainFile, CfgXmlParser::Vocabulary()) {}
   using ReaderFrame::MakeField;
   using ReaderFrame::StoreValue;
   void StartElementHandler(const unsigned short*, const OrvXmlAttributeValue*) override { Throw(); }

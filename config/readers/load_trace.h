@@ -1,0 +1,141 @@
+// LoadTrace: the library's side of a LoadObserver while one start-up runs. Internal.
+//
+// The start-up makes one LoadTrace when it is given an observer and hands it to every reader
+// and step; a reader or step reports through it only when it has one, so without an observer
+// nothing here runs. The trace:
+//  - forwards files and diagnostics to the observer, with stable storage for the paths;
+//  - remembers where each field value came from (ValueOrigin chains), cheaply: a field set by
+//    an element gets an origin of its own; the fields every database copies from the
+//    defaults share the defaults' origins through one template per defaults state;
+//  - remembers where each node was declared, for diagnostics about a node as a whole;
+//  - holds the cause of the error being raised, so that the code that catches it (and knows
+//    what the error leads to) can report cause and consequence as one diagnostic.
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <exception>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "qr_config/config/model/config_manager_types.h"
+#include "qr_config/config/model/tree.h"
+#include "qr_config/config/readers/load_observer.h"
+
+class LoadTrace {
+ public:
+  using Field = ConfigManagerTypes::Field;
+  using Node = ConfigManagerTypes::Node;
+  // The origins of a database's first fields, in order, as the data-access reader copies
+  // them from its defaults and the setup file.
+  using Template = std::vector<const ValueOrigin*>;
+
+  explicit LoadTrace(LoadObserver& observer);
+  ~LoadTrace();
+  LoadTrace(const LoadTrace&) = delete;
+  LoadTrace& operator=(const LoadTrace&) = delete;
+
+  bool KeepGoing() const { return m_KeepGoing; }
+  bool WantsOnDemandFiles() const { return m_OnDemandFiles; }
+
+  // A copy of `text` that lives as long as the trace (paths, section names).
+  std::string_view Keep(std::string_view text);
+
+  void FileRead(FileRole role, std::string_view path);
+  void FileSkipped(FileRole role, std::string_view path, std::string_view reason);
+
+  // Reports one diagnostic.
+  void Report(DiagnosticSeverity severity, DiagnosticKind kind, SourceLocation where,
+              std::string_view message, std::string_view subject = {}, std::int32_t code = 0,
+              const std::vector<std::string>* candidates = nullptr);
+
+  // --- Origins of values.
+  // A new origin; `where.File` must be kept (Keep) or static.
+  const ValueOrigin* NewOrigin(SourceLocation where, std::string_view source, std::string_view text,
+                               const ValueOrigin* replaced = nullptr);
+  // Records that `field`, a field of `node` (of the tree or of a reader), holds the value
+  // that `origin` set.
+  void SetOrigin(const Node& node, const Field& field, const ValueOrigin* origin);
+  // The origin of `field`, a field of `node`; null when unknown.
+  const ValueOrigin* OriginOf(const Node& node, const Field& field) const;
+  // The origin of the first field named `name` in `node`; null when there is none.
+  const ValueOrigin* OriginOf(const Node& node, const std::string& name) const;
+  // Gives `node` the template of its first fields.
+  void SetTemplate(const Node& node, const Template* fields);
+  // A template that lives as long as the trace.
+  const Template* KeepTemplate(Template fields);
+  // Forgets what is known of `node` and its fields, or of the whole subtree, before they are
+  // destroyed (so that a later object at the same address is not taken for them).
+  void Forget(const Node& node);
+  void ForgetSubtree(const tree_node<Node>& node);
+
+  // "\"1521\" from corvane.dsf:8 (Defaults)": a value and where it was set, for messages
+  // (the file by its last name only); "a built-in value" when `origin` is null.
+  static std::string Describe(const ValueOrigin* origin);
+
+  // --- Where nodes were declared.
+  void SetNodeLocation(const Node& node, SourceLocation where);
+  SourceLocation NodeLocation(const Node& node) const;
+
+  // --- The cause of the error being raised.
+  struct Cause {
+    DiagnosticKind Kind = DiagnosticKind::LoadFailure;
+    SourceLocation Where;
+    std::string Message;
+    std::string Subject;
+    const std::vector<std::string>* Candidates = nullptr;
+  };
+  void SetCause(DiagnosticKind kind, SourceLocation where, std::string message,
+                std::string subject = {});
+  void ClearCause() { m_HasCause = false; }
+  bool HasCause() const { return m_HasCause; }
+  const Cause& CurrentCause() const { return m_Cause; }
+
+  // Reports the error being handled (the current exception) as one diagnostic: the cause
+  // when one was set (else the error's own text, at `fallback`), followed by `consequence`.
+  // Clears the cause.
+  void ReportFailure(const std::exception& error, DiagnosticSeverity severity,
+                     SourceLocation fallback, std::string_view consequence);
+
+  // --- Keep-going support: the first failure of a step, rethrown when the start-up ends.
+  // Records the exception being handled when it is the first.
+  void RecordFailure(std::exception_ptr error);
+  std::exception_ptr FirstFailure() const { return m_FirstFailure; }
+
+  // Reports every field of the tree below (and including) `root`, with its origin, when the
+  // observer wants values.
+  void ReportValues(const tree_node<Node>& root);
+
+ private:
+  struct OriginRecord {
+    ValueOrigin View;
+    std::string Text;
+  };
+  struct NodeRecord {
+    SourceLocation Where;
+    const Template* Fields = nullptr;
+  };
+
+  void ReportNode(const tree_node<Node>& node, std::string& path);
+
+  LoadObserver& m_Observer;
+  bool m_KeepGoing;
+  bool m_Values;
+  bool m_OnDemandFiles;
+  std::unordered_set<std::string> m_Texts;
+  std::deque<OriginRecord> m_Origins;
+  std::deque<Template> m_Templates;
+  struct FieldRecord {
+    const Node* Owner;
+    const ValueOrigin* Origin;
+  };
+  std::unordered_map<const Field*, FieldRecord> m_FieldOrigins;
+  std::unordered_map<const Node*, NodeRecord> m_Nodes;
+  Cause m_Cause;
+  bool m_HasCause = false;
+  std::exception_ptr m_FirstFailure;
+};
