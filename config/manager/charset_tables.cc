@@ -1,8 +1,10 @@
 // The platform character-set list and the character-set tables of databases.
+#include <Poco/File.h>
 #include <Poco/Path.h>
 
 #include "qr_config/config/manager/config_keys.h"
 #include "qr_config/config/manager/config_manager_impl.h"
+#include "qr_config/config/readers/load_trace.h"
 #include "qr_config/platform/process.h"
 #include "qr_config/platform/qr_error.h"
 #include "qr_config/platform/sfile.h"
@@ -27,32 +29,71 @@ constexpr int kSFileReadTyped = 3;
   }
 }
 
+std::string Quoted(const std::string& text) {
+  return "\"" + text + "\"";
+}
+
+std::string Families() {
+  std::string names;
+  for (const std::string& name : Process::Instance().PlatformNames())
+    names += (names.empty() ? "" : ", ") + name;
+  return names;
+}
+
 }  // namespace
 
 ConfigManagerImpl::CharSetListPtr ConfigManagerImpl::ReadCharSetList(const std::string& baseName,
-                                                                     const std::string& section) {
+                                                                     const std::string& section,
+                                                                     FileRole role) {
   std::string extension;
-  GetTree()
-      .Find(DBDrivers())
-      .value()
-      .Find(ConfigKeys::Instance().CharSetListExtension)
-      .Value(extension);
+  ReadSetting(ConfigKeys::Instance().CharSetListExtension, extension,
+              "the extension of character-set lists and tables");
+  const std::string path = baseName + "." + extension;
+  const DiagnosticKind kind =
+      role == FileRole::CharSetTable ? DiagnosticKind::CharSetTable : DiagnosticKind::CharSetList;
+  std::string_view kept;
+  if (m_Trace != nullptr) {
+    kept = m_Trace->Keep(path);
+    m_Trace->FileRead(role, kept);
+  }
   try {
-    const SFile file(baseName + "." + extension, kSFileReadTyped);
+    const SFile file(path, kSFileReadTyped);
     const std::map<std::string, SFile::Parameter>* parameters = file.FindSection(section);
     for (auto name = Process::Instance().PlatformNames().begin();
          parameters == nullptr && name != Process::Instance().PlatformNames().end(); ++name)
       parameters = file.FindSection(*name);
-    if (parameters == nullptr) ThrowQRError(QRErrorCode::MissingField);
+    if (parameters == nullptr) {
+      if (m_Trace != nullptr)
+        m_Trace->SetCause(kind, {kept, 0, 0},
+                          "The " + std::string(FileRoleName(role)) + " " + Quoted(path) +
+                              " has no section [" + section + "] nor one for " + Families() +
+                              " (QRError 261).",
+                          section);
+      ThrowQRError(QRErrorCode::MissingField);
+    }
 
     auto list = std::make_shared<CharSetList>();
     for (const auto& entry : *parameters) {
       std::string text;
       entry.second.Value(text);
-      list->emplace(entry.second.Name(), std::move(text));
+      const bool filed = list->emplace(entry.second.Name(), std::move(text)).second;
+      if (!filed && m_Trace != nullptr)
+        m_Trace->Report(DiagnosticSeverity::Warning, DiagnosticKind::NameCollision, {kept, 0, 0},
+                        "The entry " + Quoted(entry.second.Name()) + " of the " +
+                            FileRoleName(role) + " is given more than once: the first counts.",
+                        entry.second.Name());
     }
     return list;
   } catch (const SFile::Exception& error) {
+    if (m_Trace != nullptr) {
+      const bool missing = error.Kind() == 1 || error.Kind() == 2;
+      std::string text = error.what();
+      while (!text.empty() && text.back() == '.') text.pop_back();
+      m_Trace->SetCause(
+          missing && role == FileRole::PlatformCharSetList ? DiagnosticKind::MissingFile : kind,
+          {kept, error.Line() > 0 ? static_cast<unsigned long>(error.Line()) : 0, 0},
+          "The " + std::string(FileRoleName(role)) + " cannot be used (" + text + ").");
+    }
     RethrowAsQRError(error);
   }
 }
@@ -66,10 +107,26 @@ void ConfigManagerImpl::BuildCharSetTables(const std::string& configDirectory,
   for (auto driver = dbDrivers.ch_begin(); driver != dbDrivers.ch_end(); ++driver) {
     for (auto database = (*driver).ch_begin(); database != (*driver).ch_end(); ++database) {
       const Node& node = (*database).value();
+      const std::string& driverName = (*driver).value().Name();
       std::string directory;
       try {
         node.Find(keys.Directory).Value(directory);
       } catch (...) {
+        if (m_Trace != nullptr) {
+          m_Trace->SetCause(DiagnosticKind::MissingSetting, m_Trace->NodeLocation(node),
+                            "The database node " + Quoted(node.Name()) + " of " +
+                                Quoted(driverName) +
+                                " has no text \"Directory\", which the start-up reads for "
+                                "every database (QRError 261).",
+                            keys.Directory);
+          if (m_Trace->KeepGoing()) {
+            const QRError error(3, 256, QRErrorCode::MissingField);
+            m_Trace->ReportFailure(error, DiagnosticSeverity::Error, {},
+                                   "The start-up fails (QRError 10).");
+            m_Trace->RecordFailure(std::make_exception_ptr(error));
+            continue;
+          }
+        }
         ThrowQRError(QRErrorCode::MissingField);
       }
       directory = JoinNative(configDirectory, directory);
@@ -84,13 +141,56 @@ void ConfigManagerImpl::BuildCharSetTables(const std::string& configDirectory,
 
       try {
         std::string tableName;
+        if (m_Trace != nullptr) {
+          if (!node.Exists(keys.CharSetTable))
+            m_Trace->SetCause(DiagnosticKind::CharSetTable, m_Trace->NodeLocation(node),
+                              "The database " + Quoted(node.Name()) + " of " + Quoted(driverName) +
+                                  " asks for a character-set table (its \"Unicode\" is \"" +
+                                  keys.CharSet + "\" or missing) but has no \"CharSet Table\".");
+          else if (node.Find(keys.CharSetTable).ValueType() != Field::String)
+            m_Trace->SetCause(
+                DiagnosticKind::CharSetTable,
+                [&] {
+                  const ValueOrigin* origin = m_Trace->OriginOf(node, keys.CharSetTable);
+                  return origin != nullptr ? origin->Where : m_Trace->NodeLocation(node);
+                }(),
+                "The \"CharSet Table\" of the database " + Quoted(node.Name()) + " of " +
+                    Quoted(driverName) + " is " +
+                    LoadTrace::Describe(m_Trace->OriginOf(node, keys.CharSetTable)) +
+                    ", not a file name.");
+        }
         node.Find(keys.CharSetTable).Value(tableName);
         const std::string baseName = Poco::Path(Poco::Path(directory), tableName).toString();
-        tablePaths.emplace((*driver).value().Name() + m_KeySeparator + node.Name(), baseName);
+        if (m_Trace != nullptr && loadedLists.find(baseName) == loadedLists.end()) {
+          // A missing table is a mistake of the "CharSet Table" value: report it there.
+          std::string extension;
+          ReadSetting(keys.CharSetListExtension, extension,
+                      "the extension of character-set lists and tables");
+          const std::string file = baseName + "." + extension;
+          if (!Poco::File(file).exists()) {
+            const ValueOrigin* origin = m_Trace->OriginOf(node, keys.CharSetTable);
+            m_Trace->SetCause(DiagnosticKind::CharSetTable,
+                              origin != nullptr ? origin->Where : m_Trace->NodeLocation(node),
+                              "The \"CharSet Table\" " + LoadTrace::Describe(origin) +
+                                  " of the database " + Quoted(node.Name()) + " names " +
+                                  Quoted(file) + ", which does not exist.",
+                              tableName);
+            ThrowQRError(QRErrorCode::MissingField);
+          }
+        }
+        tablePaths.emplace(driverName + m_KeySeparator + node.Name(), baseName);
         if (loadedLists.find(baseName) == loadedLists.end())
-          loadedLists.emplace(baseName, ReadCharSetList(baseName, keys.CharSets));
-      } catch (...) {
+          loadedLists.emplace(baseName,
+                              ReadCharSetList(baseName, keys.CharSets, FileRole::CharSetTable));
+      } catch (const std::exception& error) {
         // This database simply gets no table; a later one naming the same file tries again.
+        if (m_Trace != nullptr)
+          m_Trace->ReportFailure(error, DiagnosticSeverity::Warning, m_Trace->NodeLocation(node),
+                                 "The database " + Quoted(node.Name()) + " of " +
+                                     Quoted(driverName) +
+                                     " gets no character-set table (GetCharSetTableEntry answers "
+                                     "QRError 262).");
+      } catch (...) {
       }
     }
   }

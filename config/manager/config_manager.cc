@@ -25,10 +25,10 @@ ConfigManager& ConfigManager::Instance() {
   return *m_ConfigManager;
 }
 
-void ConfigManager::Initialize(Initialization::Mode mode) {
+void ConfigManager::Initialize(Initialization::Mode mode, LoadObserver* observer) {
   if (m_ConfigManager != nullptr) ThrowQRError(QRErrorCode::AlreadyInitialized);
   // Published only once the whole start-up has succeeded.
-  auto manager = std::make_unique<ConfigManagerImpl>(mode);
+  auto manager = std::make_unique<ConfigManagerImpl>(mode, observer);
   m_ConfigManager = manager.release();
 }
 
@@ -55,6 +55,10 @@ void ConfigManager::AddActiveDataSource(const std::string& driver, const std::st
 
 void ConfigStartup::Initialize(Initialization::Mode mode) {
   ConfigManager::Initialize(mode);
+}
+
+void ConfigStartup::Initialize(Initialization::Mode mode, LoadObserver& observer) {
+  ConfigManager::Initialize(mode, &observer);
 }
 
 void ConfigStartup::Destroy() noexcept {

@@ -15,6 +15,7 @@
 #include "qr_config/platform/qr_export.h"
 
 class ConfigStartup;
+class LoadObserver;
 
 // The one manager of the process. It holds the configuration tree rooted at "Quorin", the
 // six standard node paths, and the name tables that the start-up filled; its thirteen
@@ -135,7 +136,8 @@ class QR_API ConfigManager : public ConfigManagerTypes {
   // table behind and reaches the caller as QRError 264 to 267 (a file error, with the file's
   // path), QRError 10 (any other error of the library), or an exception of another class
   // (file system or memory failures).
-  static void Initialize(Initialization::Mode mode);
+  // With an observer, reports what the start-up reads and decides (ConfigStartup).
+  static void Initialize(Initialization::Mode mode, LoadObserver* observer = nullptr);
   // Deletes the manager with its tree and tables; does nothing when there is none.
   static void Destroy() noexcept;
 

@@ -4,8 +4,12 @@
 
 #include <Poco/Path.h>
 
+#include <memory>
+#include <type_traits>
+
 #include "qr_config/config/manager/config_keys.h"
 #include "qr_config/config/readers/cfg_xml_parser.h"
+#include "qr_config/config/readers/load_trace.h"
 #include "qr_config/platform/process.h"
 #include "qr_config/platform/qr_error.h"
 #include "qr_config/platform/registry.h"
@@ -45,15 +49,25 @@ std::string JoinNative(const std::string& parent, const std::string& child) {
   return joined;
 }
 
-ConfigManagerImpl::ConfigManagerImpl(Initialization::Mode mode) : m_Mode(mode) {
+ConfigManagerImpl::ConfigManagerImpl(Initialization::Mode mode, LoadObserver* observer)
+    : m_Mode(mode) {
+  std::unique_ptr<LoadTrace> trace;
+  if (observer != nullptr) trace = std::make_unique<LoadTrace>(*observer);
+  m_Trace = trace.get();
   try {
     KeyTableGuard keyTable;
     RunStartup();
     keyTable.Release();
   } catch (const QRError& error) {
+    m_Trace = nullptr;
     if (IsFileCode(error.Code())) throw;
     ThrowQRError(QRErrorCode::StartupFailed);
+  } catch (...) {
+    m_Trace = nullptr;
+    throw;
   }
+  m_Trace = nullptr;
+  m_DriverPlaces.clear();
 }
 
 ConfigManagerImpl::~ConfigManagerImpl() {
@@ -66,7 +80,101 @@ std::string ConfigManagerImpl::ConfigDirectory() const {
   return directory;
 }
 
+SourceLocation ConfigManagerImpl::DriverPlace(const std::string& driver) const {
+  auto place = m_DriverPlaces.find(driver);
+  return place == m_DriverPlaces.end() ? SourceLocation{} : place->second;
+}
+
+template <typename Work>
+bool ConfigManagerImpl::Step(Work&& work) {
+  if (m_Trace == nullptr) {
+    work();
+    return true;
+  }
+  std::exception_ptr failure;
+  try {
+    work();
+    return true;
+  } catch (...) {
+    failure = std::current_exception();
+  }
+  if (m_Trace->ConsumeReported()) {
+    m_Trace->ClearCause();
+  } else {
+    ReportStepFailure(failure);
+  }
+  if (!m_Trace->KeepGoing()) std::rethrow_exception(failure);
+  m_Trace->RecordFailure(failure);
+  return false;
+}
+
+void ConfigManagerImpl::ReportStepFailure(const std::exception_ptr& failure) {
+  try {
+    std::rethrow_exception(failure);
+  } catch (const std::exception& error) {
+    const auto* qrError = dynamic_cast<const QRError*>(&error);
+    m_Trace->ReportFailure(
+        error, DiagnosticSeverity::Error, {},
+        qrError == nullptr ? "The start-up fails with this exception."
+        : IsFileCode(qrError->Code())
+            ? "The start-up fails with QRError " + std::to_string(qrError->Code()) + "."
+            : std::string("The start-up fails (QRError 10)."));
+  } catch (...) {
+    m_Trace->Report(DiagnosticSeverity::Error, DiagnosticKind::LoadFailure, {},
+                    "An exception of an unknown type ends the start-up.");
+  }
+}
+
+template <typename T>
+void ConfigManagerImpl::ReadSetting(const std::string& name, T& out, const char* role) {
+  const Node& settings = GetConstTree().Find(DBDrivers()).value();
+  if (m_Trace != nullptr) {
+    if (!settings.Exists(name)) {
+      const SourceLocation where = m_Trace->NodeLocation(settings);
+      m_Trace->SetCause(DiagnosticKind::MissingSetting, where,
+                        "<Settings> gives no parameter \"" + name + "\" (" + role +
+                            "), which the start-up reads: it fails with QRError 261.",
+                        name);
+    } else {
+      const Field& field = settings.Find(name);
+      T probe{};
+      try {
+        field.Value(probe);
+      } catch (const QRError&) {
+        const ValueOrigin* origin = m_Trace->OriginOf(settings, field);
+        m_Trace->SetCause(
+            DiagnosticKind::ValueType,
+            origin != nullptr ? origin->Where : m_Trace->NodeLocation(settings),
+            "\"" + name + "\" is written as " + LoadTrace::Describe(origin) + ", which is not a " +
+                (std::is_same<T, bool>::value ? "Yes/No value" : "text") +
+                "; the start-up reads it as one (" + role + ") and fails with QRError 1.",
+            name);
+      }
+    }
+  }
+  settings.Find(name).Value(out);
+  if (m_Trace != nullptr) m_Trace->ClearCause();
+}
+
+template void ConfigManagerImpl::ReadSetting<std::string>(const std::string&, std::string&,
+                                                          const char*);
+template void ConfigManagerImpl::ReadSetting<bool>(const std::string&, bool&, const char*);
+
 void ConfigManagerImpl::RunStartup() {
+  if (m_Trace == nullptr) {
+    RunSteps();
+    return;
+  }
+  try {
+    RunSteps();
+  } catch (...) {
+    m_Trace->RecordFailure(std::current_exception());
+  }
+  m_Trace->ReportValues(m_Tree.root());
+  if (m_Trace->FirstFailure()) std::rethrow_exception(m_Trace->FirstFailure());
+}
+
+void ConfigManagerImpl::RunSteps() {
   const ConfigKeys& keys = ConfigKeys::Instance();
   Node& rootNode = m_Tree.root().value();
 
@@ -76,14 +184,27 @@ void ConfigManagerImpl::RunStartup() {
     for (const auto& [name, parameter] : registry.Parameters()) {
       std::string text;
       parameter.Value(text);
-      rootNode.push_back(Field(name, text));
+      if (rootNode.push_back(Field(name, text)) && m_Trace != nullptr)
+        m_Trace->SetOrigin(rootNode, rootNode.back(),
+                           m_Trace->NewOrigin({}, "registry parameter", text));
     }
   }
-  const std::string configDirectory = ConfigDirectory();
+  std::string configDirectory;
+  const bool located = Step([&] {
+    if (m_Trace != nullptr)
+      m_Trace->SetCause(DiagnosticKind::MissingSetting, {},
+                        "The registry parameter \"" + keys.ConfigDirectory +
+                            "\" is missing or not a text: the library does not know where the "
+                            "configuration is.",
+                        keys.ConfigDirectory);
+    configDirectory = ConfigDirectory();
+    if (m_Trace != nullptr) m_Trace->ClearCause();
+  });
+  if (!located) return;
   const Poco::Path mainFile = ConfigFilePath(configDirectory);
 
   std::vector<DriverEntry> drivers;
-  ReadDriverList(drivers, configDirectory);
+  Step([&] { ReadDriverList(drivers, configDirectory); });
 
   tree_node<Node>& root = m_Tree.root();
   const tree_node_ch_iter<Node> defaultsIt = root.ch_push_back(Node(keys.DriversDefaults));
@@ -92,40 +213,73 @@ void ConfigManagerImpl::RunStartup() {
   tree_node<Node>& traces = *root.ch_push_back(Node(keys.Traces));
   tree_node<Node>& activeDataSources = *root.ch_push_back(Node(keys.ActiveDataSources));
 
-  {
+  Step([&] {
     CfgXmlParser mainReader(m_Mode, &m_PlatformLocales, &driversDefaults, &dbDrivers, &traces,
                             &activeDataSources);
+    mainReader.SetTrace(m_Trace);
     mainReader.Parse(mainFile);
-  }
+  });
 
-  const std::string platformList =
-      Poco::Path(Poco::Path(configDirectory), keys.PlatformFile).toString();
-  m_PlatformCharSets = ReadCharSetList(platformList, Process::Instance().Name());
+  Step([&] {
+    const std::string platformList =
+        Poco::Path(Poco::Path(configDirectory), keys.PlatformFile).toString();
+    m_PlatformCharSets =
+        ReadCharSetList(platformList, Process::Instance().Name(), FileRole::PlatformCharSetList);
+  });
 
   // Fall-backs behind whatever the main file gave: every database node merges them last.
-  driversDefaults.value().push_back(Field("Status", std::int32_t{0}));
-  driversDefaults.value().push_back(Field("Library Name", "Not Defined"));
+  Node& defaults = driversDefaults.value();
+  if (defaults.push_back(Field("Status", std::int32_t{0})) && m_Trace != nullptr)
+    m_Trace->SetOrigin(defaults, defaults.back(),
+                       m_Trace->NewOrigin({}, "start-up fall-back", "0"));
+  if (defaults.push_back(Field("Library Name", "Not Defined")) && m_Trace != nullptr)
+    m_Trace->SetOrigin(defaults, defaults.back(),
+                       m_Trace->NewOrigin({}, "start-up fall-back", "Not Defined"));
 
   ApplyActiveDataSources(activeDataSources);
 
   std::vector<std::string> setupFiles;
-  ListSetupFiles(configDirectory, setupFiles);
-  LoadDrivers(setupFiles, drivers, configDirectory, driversDefaults, activeDataSources, dbDrivers);
+  Step([&] { ListSetupFiles(configDirectory, setupFiles); });
+  Step([&] {
+    LoadDrivers(setupFiles, drivers, configDirectory, driversDefaults, activeDataSources,
+                dbDrivers);
+  });
 
-  m_Locales = GetPlatformLocales(Process::Instance().Name());
+  Step([&] {
+    const std::string& platform = Process::Instance().Name();
+    if (m_Trace != nullptr && m_PlatformLocales.count(platform) == 0) {
+      std::string families;
+      for (const std::string& name : Process::Instance().PlatformNames())
+        families += (families.empty() ? "" : ", ") + name;
+      m_Trace->SetCause(DiagnosticKind::NoLocale, {m_Trace->Keep(mainFile.toString()), 0, 0},
+                        "No <Locale> of the main file gives a character set for the platform \"" +
+                            platform +
+                            "\" (a <CharSet> counts when its Platform is empty or one "
+                            "of " +
+                            families + "): the start-up fails with QRError 268.",
+                        platform);
+    }
+    m_Locales = GetPlatformLocales(platform);
+  });
 
   tree_node<Node>& localization = *root.ch_push_back(Node(keys.Localization));
   for (auto it = dbDrivers.ch_begin(); it != dbDrivers.ch_end(); ++it)
     localization.ch_push_back(Node((*it).value().Name()));
 
-  BuildCharSetTables(configDirectory, dbDrivers);
+  Step([&] { BuildCharSetTables(configDirectory, dbDrivers); });
+  if (m_Trace != nullptr && m_Trace->WantsOnDemandFiles())
+    Step([&] { CheckLocalizedFiles(configDirectory); });
 
+  if (m_Trace != nullptr) m_Trace->ForgetSubtree(driversDefaults);
   root.ch_erase(defaultsIt);
 }
 
 void ConfigManagerImpl::ApplyActiveDataSources(tree_node<Node>& activeDataSources) {
   if (m_Mode != Initialization::Server) return;
-  while (activeDataSources.ch_size() > 0) activeDataSources.ch_erase(activeDataSources.ch_begin());
+  while (activeDataSources.ch_size() > 0) {
+    if (m_Trace != nullptr) m_Trace->ForgetSubtree(*activeDataSources.ch_begin());
+    activeDataSources.ch_erase(activeDataSources.ch_begin());
+  }
   for (const auto& [driver, dataSources] : GetActiveDataSourceConfig()) {
     tree_node<Node>& driverNode = *activeDataSources.ch_push_back(Node(driver));
     for (const std::string& dataSource : dataSources) driverNode.ch_push_back(Node(dataSource));

@@ -5,12 +5,16 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include <Poco/RWLock.h>
 
 #include "qr_config/config/manager/config_manager.h"
 #include "qr_config/config/readers/drv_xml_parser.h"
+#include "qr_config/config/readers/load_observer.h"
+
+class LoadTrace;
 
 // The manager's implementation. Its constructor runs the whole start-up sequence on the
 // calling thread: registry parameters, the driver list, the main file, the platform
@@ -44,8 +48,9 @@ class ConfigManagerImpl : public ConfigManager {
   };
 
   // Runs the start-up sequence. Throws as ConfigManager::Initialize says; on any exception
-  // everything built so far, the key table included, is destroyed.
-  explicit ConfigManagerImpl(Initialization::Mode mode);
+  // everything built so far, the key table included, is destroyed. With an observer, the
+  // sequence reports what it reads and decides (load_observer.h).
+  explicit ConfigManagerImpl(Initialization::Mode mode, LoadObserver* observer = nullptr);
   ~ConfigManagerImpl() override;
 
   Tree& GetTree() override { return m_Tree; }
@@ -75,9 +80,20 @@ class ConfigManagerImpl : public ConfigManager {
  private:
   // The start-up steps, in the order the constructor runs them.
   void RunStartup();
+  void RunSteps();
+  // Runs one step. With a trace, an exception is reported with what it leads to and, when
+  // the observer wants to keep going, recorded instead of thrown; the result then tells
+  // whether the step completed.
+  template <typename Work>
+  bool Step(Work&& work);
+  void ReportStepFailure(const std::exception_ptr& failure);
   std::vector<DriverEntry>& ReadDriverList(std::vector<DriverEntry>& entries,
                                            const std::string& configDirectory);
-  CharSetListPtr ReadCharSetList(const std::string& baseName, const std::string& section);
+  // Reads the section `section` (or one named by a platform family) of the parameter file
+  // `baseName` + "." + "CharSet List Extension". `role` says which file it is, for
+  // diagnostics.
+  CharSetListPtr ReadCharSetList(const std::string& baseName, const std::string& section,
+                                 FileRole role);
   void ApplyActiveDataSources(tree_node<Node>& activeDataSources);
   void ListSetupFiles(const std::string& configDirectory, std::vector<std::string>& files);
   void LoadDrivers(const std::vector<std::string>& setupFiles,
@@ -85,7 +101,22 @@ class ConfigManagerImpl : public ConfigManager {
                    tree_node<Node>& driversDefaults, tree_node<Node>& activeDataSources,
                    tree_node<Node>& dbDrivers);
   void ScanExtensions(tree_node<Node>& database);
+  // Diagnostics of driver loading, with a trace only.
+  void TraceServerModeFlag();
+  void TraceSetupSkipped(const class SetupXmlParser& setup, DiagnosticKind kind);
+  void TraceDriverCoverage(const std::vector<DriverEntry>& drivers,
+                           const tree_node<Node>& activeDataSources,
+                           const std::unordered_map<std::string, std::string>& setupOf);
   void BuildCharSetTables(const std::string& configDirectory, tree_node<Node>& dbDrivers);
+  // With a trace that wants on-demand files: reads each localised driver file that
+  // GetLocalizedDriver would read for the running platform's locales, for diagnostics only.
+  void CheckLocalizedFiles(const std::string& configDirectory);
+
+  // Reads the setting `name` of the DBDrivers node into `out`, as Node::Find and
+  // Field::Value do (QRError 261 when missing, 1 when of another type). With a trace, the
+  // cause of that error is set first: `role` says what the start-up needs the setting for.
+  template <typename T>
+  void ReadSetting(const std::string& name, T& out, const char* role);
 
   // The node "\Quorin\Localization\<driver>", or its child named `*localeId`, as a node
   // path made of those names designates it; null when there is none. Names without the path
@@ -95,12 +126,18 @@ class ConfigManagerImpl : public ConfigManager {
   // The "Config Directory" text of the root node (QRError 261 or 1 when missing or mistyped).
   std::string ConfigDirectory() const;
 
+  // Where the driver list declares each driver; filled with a trace only.
+  SourceLocation DriverPlace(const std::string& driver) const;
+
   Poco::RWLock m_TreeLock;
   Poco::RWLock m_LocaleLock;
   const std::string m_KeySeparator = "::";
   CharSetListPtr m_PlatformCharSets;
   std::map<std::string, CharSetListPtr, CharSetKeyLess> m_CharSetTables;
   const Initialization::Mode m_Mode;
+  // The start-up's diagnostics, while the constructor runs with an observer; null otherwise.
+  LoadTrace* m_Trace = nullptr;
+  std::map<std::string, SourceLocation> m_DriverPlaces;
 };
 
 // Joins two path texts with the platform's separator, as plain strings.

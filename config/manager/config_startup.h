@@ -2,6 +2,7 @@
 #pragma once
 
 #include "qr_config/config/manager/initialization.h"
+#include "qr_config/config/readers/load_observer.h"
 #include "qr_config/platform/qr_export.h"
 
 // Creates and deletes the process's ConfigManager. Call Initialize once, while no other
@@ -15,6 +16,12 @@ class QR_API ConfigStartup {
   // QRError 10 (any other error of the library) or an exception of another class. A failed
   // start-up leaves nothing behind; a later Initialize on repaired files succeeds.
   static void Initialize(Initialization::Mode mode);
+  // The same, reporting to `observer` what the start-up reads and decides, on this thread,
+  // during this call (load_observer.h). Without WantsKeepGoing the work, the result and the
+  // exception are those of Initialize(mode); with it, the start-up goes on past an error to
+  // report more, and then throws the first error. Costs the records of where each value came
+  // from, a fraction of the configuration's own memory.
+  static void Initialize(Initialization::Mode mode, LoadObserver& observer);
   // Deletes the manager; does nothing when there is none. Invalidates every reference
   // the manager handed out.
   static void Destroy() noexcept;
@@ -24,6 +31,9 @@ class QR_API ConfigStartup {
 class QR_API ConfigSession {
  public:
   explicit ConfigSession(Initialization::Mode mode) { ConfigStartup::Initialize(mode); }
+  ConfigSession(Initialization::Mode mode, LoadObserver& observer) {
+    ConfigStartup::Initialize(mode, observer);
+  }
   ~ConfigSession() { ConfigStartup::Destroy(); }
   ConfigSession(const ConfigSession&) = delete;
   ConfigSession& operator=(const ConfigSession&) = delete;

@@ -92,6 +92,8 @@ const char* DiagnosticKindName(DiagnosticKind kind) {
       return "database-skipped";
     case DiagnosticKind::InvalidPattern:
       return "invalid-pattern";
+    case DiagnosticKind::MissingTexts:
+      return "missing-texts";
     case DiagnosticKind::LoadFailure:
       break;
   }

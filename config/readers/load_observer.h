@@ -83,6 +83,7 @@ enum class DiagnosticKind {
   NameCollision,       // "name-collision": a name or alias that an earlier entry took
   DatabaseSkipped,     // "database-skipped": a database that is not loaded, and why
   InvalidPattern,      // "invalid-pattern": an active data-source pattern that cannot compile
+  MissingTexts,        // "missing-texts": a localised driver file without texts for a driver
   LoadFailure,         // "load-failure": an error that ends the start-up, not covered above
 };
 

@@ -1,5 +1,7 @@
 #include "qr_config/config/readers/load_trace.h"
 
+#include <Poco/Exception.h>
+
 #include <utility>
 
 #include "qr_config/platform/qr_error.h"
@@ -154,7 +156,8 @@ void LoadTrace::ReportFailure(const std::exception& error, DiagnosticSeverity se
     subject = m_Cause.Subject;
     candidates = m_Cause.Candidates;
   } else {
-    message = error.what();
+    const auto* poco = dynamic_cast<const Poco::Exception*>(&error);
+    message = poco != nullptr ? poco->displayText() : std::string(error.what());
     if (!message.empty() && message.back() != '.') message += '.';
   }
   if (!consequence.empty()) {

@@ -101,6 +101,15 @@ class LoadTrace {
   void ReportFailure(const std::exception& error, DiagnosticSeverity severity,
                      SourceLocation fallback, std::string_view consequence);
 
+  // Marks the error being thrown as reported already, so that the code that catches it next
+  // does not report it again; ConsumeReported tells and clears the mark.
+  void MarkReported() { m_Reported = true; }
+  bool ConsumeReported() {
+    const bool reported = m_Reported;
+    m_Reported = false;
+    return reported;
+  }
+
   // --- Keep-going support: the first failure of a step, rethrown when the start-up ends.
   // Records the exception being handled when it is the first.
   void RecordFailure(std::exception_ptr error);
@@ -137,5 +146,6 @@ class LoadTrace {
   std::unordered_map<const Node*, NodeRecord> m_Nodes;
   Cause m_Cause;
   bool m_HasCause = false;
+  bool m_Reported = false;
   std::exception_ptr m_FirstFailure;
 };
