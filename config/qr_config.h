@@ -6,6 +6,9 @@
 //    and the containers tnode<Field> and tree<Node>;
 //  - ConfigStartup and ConfigSession, the host's start-up entry points, and
 //    Initialization::Mode;
+//  - LoadObserver, which receives what the start-up reads and decides (diagnostics with
+//    file and line, and where each value came from), and VocabularyOf, the elements and
+//    attributes each file kind's reader acts on;
 //  - QRError with the catalogue of its codes (QRErrorCode) and the core classes
 //    Quorin::QRError and Quorin::Error;
 //  - the platform types that appear in these interfaces: orv_utf8string, ucs2string,
@@ -21,6 +24,8 @@
 #include "qr_config/config/model/node.h"
 #include "qr_config/config/model/node_path.h"
 #include "qr_config/config/model/tree.h"
+#include "qr_config/config/readers/load_observer.h"
+#include "qr_config/config/readers/reader_vocabulary.h"
 #include "qr_config/config/version.h"
 #include "qr_config/platform/error.h"
 #include "qr_config/platform/i18n_string.h"

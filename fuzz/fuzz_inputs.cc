@@ -427,26 +427,63 @@ void RunNodePath(const std::uint8_t* data, std::size_t size) {
   }
 }
 
+// An observer that asks for everything and reads every text it is handed.
+struct ReadingObserver : LoadObserver {
+  std::size_t Bytes = 0;
+  bool WantsKeepGoing() const override { return true; }
+  bool WantsValues() const override { return true; }
+  bool WantsOnDemandFiles() const override { return true; }
+  void OnFile(const LoadedFile& file) override { Bytes += file.Path.size() + file.Reason.size(); }
+  void OnDiagnostic(const LoadDiagnostic& d) override {
+    Bytes += d.Where.File.size() + d.Message.size() + d.Subject.size();
+    if (d.Candidates != nullptr) Bytes += d.Candidates->size();
+  }
+  void OnValue(const LoadedValue& value) override {
+    Bytes += value.NodePath.size() + value.Field->Name().size();
+    for (const ValueOrigin* o = value.Origin; o != nullptr; o = o->Replaced)
+      Bytes += o->Where.File.size() + o->Source.size() + o->Text.size();
+  }
+};
+
+// The code the start-up ends with: 0 on success, -1 for a file-system exception.
+std::int32_t StartupOutcome(Initialization::Mode mode, LoadObserver* observer) {
+  std::int32_t outcome = 0;
+  try {
+    if (observer != nullptr) {
+      ConfigStartup::Initialize(mode, *observer);
+    } else {
+      ConfigStartup::Initialize(mode);
+    }
+    QueryLoadedManager();
+  } catch (const QRError& error) {
+    outcome = error.Code();
+  } catch (const Poco::FileException&) {
+    // The directory listings of the start-up let file-system errors through.
+    outcome = -1;
+  }
+  ConfigStartup::Destroy();
+  Check(!ConfigKeys::Exists(), "a key table outlived its manager");
+  return outcome;
+}
+
 void RunStartup(const std::uint8_t* data, std::size_t size) {
   if (size == 0) return;
   const SampleInstallation& sample = SampleInstallation::Instance();
   const bool dataFile = (data[0] & 1) != 0;
   const auto mode = (data[0] & 2) != 0 ? Initialization::Server : Initialization::Library;
+  const bool observed = (data[0] & 4) != 0;
   const std::string content = Text(data + 1, size - 1);
   WriteFile(sample.MainFile(), dataFile ? sample.MainText() : content);
   WriteFile(sample.DataFile(), dataFile ? content : sample.DataText());
 
   Registry::ClearParameters();
   Registry::SetParameter("Config Directory", sample.Dir());
-  try {
-    ConfigStartup::Initialize(mode);
-    QueryLoadedManager();
-  } catch (const QRError&) {
-  } catch (const Poco::FileException&) {
-    // The directory listings of the start-up let file-system errors through.
+  const std::int32_t plain = StartupOutcome(mode, nullptr);
+  if (observed) {
+    // An observer that keeps going sees more, but the start-up ends the same way.
+    ReadingObserver observer;
+    Check(StartupOutcome(mode, &observer) == plain, "an observer changed the start-up's outcome");
   }
-  ConfigStartup::Destroy();
-  Check(!ConfigKeys::Exists(), "a key table outlived its manager");
   Registry::ClearParameters();
 }
 

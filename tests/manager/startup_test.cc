@@ -50,58 +50,121 @@ struct FailureCase {
   const char* name;
   std::function<void(TempInstallation&)> breakIt;
   std::int32_t code;
-  std::string argument;  // relative to the installation; empty for none
+  std::string argument;    // relative to the installation; empty for none
+  std::string diagnostic;  // what an observer is told: "kind file:line"
 };
 
 // Every failure of the start-up reaches the host as a file code with its path or as 10, leaves
-// no manager and no key table, and a repaired installation then loads.
+// no manager and no key table, and a repaired installation then loads. An observer, even one
+// that keeps going, changes none of that and is told the cause where it stands.
 TEST_F(ManagerTest, FailedStartupLeavesNothingBehind) {
   const std::vector<FailureCase> cases = {
-      {"missing main file", [](TempInstallation& i) { i.Remove("qr.cfg"); }, 264, "qr.cfg"},
+      {"missing main file", [](TempInstallation& i) { i.Remove("qr.cfg"); }, 264, "qr.cfg",
+       "missing-file qr.cfg:0"},
       {"malformed main file",
-       [](TempInstallation& i) { i.Write("qr.cfg", "<Configuration><Settings>"); }, 265, "qr.cfg"},
+       [](TempInstallation& i) { i.Write("qr.cfg", "<Configuration><Settings>"); }, 265, "qr.cfg",
+       "xml-error qr.cfg:1"},
       {"main file pops an empty node stack",
        [](TempInstallation& i) {
          i.Write("qr.cfg", TempInstallation::MainFile("", "<Traces><Trace Name=\"T\"/></Traces>"));
        },
-       267, ""},
+       267, "", "structure qr.cfg:"},
       {"no locale for the running platform",
        [](TempInstallation& i) {
-         i.Write("qr.cfg",
-                 "<Configuration><Settings>"
-                 "<Parameter Name=\"Setup File Extension\">setup</Parameter>"
-                 "<Parameter Name=\"CharSet List Extension\">csl</Parameter>"
-                 "</Settings></Configuration>");
+         std::string file = TempInstallation::MainFile();
+         const auto first = file.find("  <Locale>");
+         file.erase(first, file.rfind("</Locale>\n") + 10 - first);
+         i.Write("qr.cfg", file);
        },
-       10, ""},
+       10, "", "no-locale qr.cfg:0"},
       {"no platform section",
-       [](TempInstallation& i) { i.Write("platform.csl", "[Elsewhere]\nA = B\n"); }, 10, ""},
-      {"missing setup directory", [](TempInstallation& i) { i.Remove("setup"); }, -1, ""},
+       [](TempInstallation& i) { i.Write("platform.csl", "[Elsewhere]\nA = B\n"); }, 10, "",
+       "charset-list platform.csl:0"},
+      {"setup extension of another type",
+       [](TempInstallation& i) {
+         i.Write("qr.cfg", TempInstallation::MainFile().replace(
+                               TempInstallation::MainFile().find(">setup<"), 7, ">1<"));
+       },
+       10, "", "value-type qr.cfg:"},
+      {"missing setup directory", [](TempInstallation& i) { i.Remove("setup"); }, -1, "",
+       "missing-file setup:0"},
       {"no configuration directory",
        [](TempInstallation&) {
          Registry::ClearParameters();
          unsetenv("QR_CONFIG_DIR");
        },
-       10, ""},
+       10, "", "missing-setting :0"},
   };
   for (const FailureCase& c : cases) {
-    SCOPED_TRACE(c.name);
-    m_Install.WriteBase();
-    c.breakIt(m_Install);
-    if (c.code < 0) {
-      EXPECT_ANY_THROW(ConfigStartup::Initialize(Initialization::Library));
-    } else {
-      QRError error = CatchQRError([] { ConfigStartup::Initialize(Initialization::Library); });
-      EXPECT_EQ(error.Code(), c.code);
-      EXPECT_EQ(error.Argument().str(), c.argument.empty() ? "" : m_Install.Path(c.argument));
+    for (int observed = 0; observed < 3; ++observed) {
+      SCOPED_TRACE(std::string(c.name) + (observed == 0   ? ""
+                                          : observed == 1 ? ", observed"
+                                                          : ", observed, keeping going"));
+      m_Install.WriteBase();
+      c.breakIt(m_Install);
+      RecordingObserver observer;
+      observer.KeepGoing = observed == 2;
+      const auto initialize = [&] {
+        if (observed == 0) {
+          ConfigStartup::Initialize(Initialization::Library);
+        } else {
+          ConfigStartup::Initialize(Initialization::Library, observer);
+        }
+      };
+      if (c.code < 0) {
+        EXPECT_ANY_THROW(initialize());
+      } else {
+        QRError error = CatchQRError(initialize);
+        EXPECT_EQ(error.Code(), c.code);
+        EXPECT_EQ(error.Argument().str(), c.argument.empty() ? "" : m_Install.Path(c.argument));
+      }
+      if (observed > 0) {
+        // The line is checked where the case gives one.
+        bool told = false;
+        for (const std::string& d : observer.Diagnostics)
+          told = told || d.rfind(c.diagnostic, 0) == 0;
+        EXPECT_TRUE(told) << ::testing::PrintToString(observer.Diagnostics);
+      }
+      EXPECT_EQ(CatchQRError([] { ConfigManager::Instance(); }).Code(), 260);
+      EXPECT_FALSE(ConfigKeys::Exists());
+      Registry::SetParameter("Config Directory", m_Install.Dir());
     }
-    EXPECT_EQ(CatchQRError([] { ConfigManager::Instance(); }).Code(), 260);
-    EXPECT_FALSE(ConfigKeys::Exists());
-    Registry::SetParameter("Config Directory", m_Install.Dir());
     m_Install.WriteBase();
     EXPECT_NO_THROW(Init());
     ConfigStartup::Destroy();
   }
+}
+
+// An observer that asks for values gets every field with the chain of values it replaced:
+// a mode section's override on top of the setting, a database parameter on top of its
+// defaults, the start-up's fall-backs on top of the main file's defaults.
+TEST_F(ManagerTest, ValueOrigins) {
+  m_Install.WriteBase(
+      "<Parameter Name=\"Timeout\">30</Parameter>\n"
+      "<Library>\n<Parameter Name=\"Timeout\">60</Parameter>\n</Library>\n",
+      "<NetworkLayer Name=\"D\" Implementation=\"C\"/>",
+      "<DriverDefaults>\n<Parameter Name=\"Status\">7</Parameter>\n"
+      "</DriverDefaults>\n");
+  m_Install.Write("setup/d.setup",
+                  "<S><NetworkLayer Name=\"D\"/><Directory>d</Directory>"
+                  "<DataFileName>d</DataFileName></S>");
+  m_Install.Write("d/d.dsf",
+                  "<A>\n<Defaults>\n<Parameter Name=\"Port\">1</Parameter>\n</Defaults>\n"
+                  "<DataBase Name=\"db\" Active=\"Yes\">\n<Parameter Name=\"Port\">2</Parameter>\n"
+                  "</DataBase>\n</A>\n");
+  RecordingObserver observer;
+  observer.Values = true;
+  ConfigStartup::Initialize(Initialization::Library, observer);
+  const auto has = [&](const std::string& chain) {
+    for (const std::string& origin : observer.Origins)
+      if (origin == chain) return true;
+    return false;
+  };
+  EXPECT_TRUE(has("\\Quorin\\DBDrivers|Timeout <= 60@qr.cfg:19 <= 30@qr.cfg:17"))
+      << ::testing::PrintToString(observer.Origins);
+  EXPECT_TRUE(has("\\Quorin\\DBDrivers\\D\\db|Port <= 2@d.dsf:6 <= 1@d.dsf:3"));
+  EXPECT_TRUE(has("\\Quorin\\DBDrivers\\D\\db|Status <= 0@:0 <= 7@qr.cfg:23"));
+  EXPECT_TRUE(has("\\Quorin\\DBDrivers\\D\\db|Directory <= d@d.setup:1"));
 }
 
 // The mode selects its section of the main file; the trace groups reach the Traces node (the

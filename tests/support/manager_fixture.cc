@@ -17,3 +17,33 @@ QRError CatchQRError(const std::function<void()>& call) {
   ADD_FAILURE() << "no QRError was thrown";
   return QRError(0, 0, 0);
 }
+
+namespace {
+
+std::string Place(std::string_view file, unsigned long line) {
+  const auto slash = file.find_last_of('/');
+  if (slash != std::string_view::npos) file.remove_prefix(slash + 1);
+  return std::string(file) + ":" + std::to_string(line);
+}
+
+}  // namespace
+
+void RecordingObserver::OnDiagnostic(const LoadDiagnostic& diagnostic) {
+  Diagnostics.push_back(std::string(DiagnosticKindName(diagnostic.Kind)) + " " +
+                        Place(diagnostic.Where.File, diagnostic.Where.Line));
+}
+
+void RecordingObserver::OnValue(const LoadedValue& value) {
+  std::string chain = std::string(value.NodePath) + "|" + value.Field->Name();
+  for (const ValueOrigin* origin = value.Origin; origin != nullptr; origin = origin->Replaced)
+    chain +=
+        " <= " + std::string(origin->Text) + "@" + Place(origin->Where.File, origin->Where.Line);
+  Origins.push_back(chain);
+}
+
+bool RecordingObserver::Has(const std::string& kind, const std::string& place) const {
+  for (const std::string& diagnostic : Diagnostics) {
+    if (diagnostic == kind + " " + place) return true;
+  }
+  return false;
+}

@@ -46,5 +46,23 @@ class ManagerTest : public ::testing::Test {
   TempInstallation m_Install;
 };
 
+// An observer that keeps what the start-up reports, as "kind file-name:line" strings (the
+// file by its last name), and every field's origin chain as "path|field <= text@file:line".
+struct RecordingObserver : LoadObserver {
+  bool KeepGoing = false;
+  bool Values = false;
+  bool OnDemand = false;
+  std::vector<std::string> Diagnostics;
+  std::vector<std::string> Origins;
+
+  bool WantsKeepGoing() const override { return KeepGoing; }
+  bool WantsValues() const override { return Values; }
+  bool WantsOnDemandFiles() const override { return OnDemand; }
+  void OnDiagnostic(const LoadDiagnostic& diagnostic) override;
+  void OnValue(const LoadedValue& value) override;
+  // True when a diagnostic of `kind` was reported at `place` ("qr.cfg:35").
+  bool Has(const std::string& kind, const std::string& place) const;
+};
+
 // Runs `call` and returns the QRError it throws; fails the test when it throws none.
 QRError CatchQRError(const std::function<void()>& call);
