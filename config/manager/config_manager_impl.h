@@ -138,6 +138,7 @@ class ConfigManagerImpl : public ConfigManager {
   // The start-up's diagnostics, while the constructor runs with an observer; null otherwise.
   LoadTrace* m_Trace = nullptr;
   std::map<std::string, SourceLocation> m_DriverPlaces;
+  bool m_SetupListed = false;
 };
 
 // Joins two path texts with the platform's separator, as plain strings.

@@ -147,6 +147,7 @@ void ConfigManagerImpl::ListSetupFiles(const std::string& configDirectory,
   }
   Poco::File(setupDirectory).list(names);
   if (m_Trace != nullptr) m_Trace->ClearCause();
+  m_SetupListed = true;
   for (const std::string& name : names) {
     if (name.find(skipPattern) != std::string::npos) {
       if (m_Trace != nullptr) {
@@ -315,7 +316,8 @@ void ConfigManagerImpl::LoadDrivers(const std::vector<std::string>& setupFiles,
       if (!ignoreFailures) throw;
     }
   }
-  if (m_Trace != nullptr) TraceDriverCoverage(drivers, activeDataSources, setupOf);
+  // Without a listing of the setup directory, every driver would seem to lack its file.
+  if (m_Trace != nullptr && m_SetupListed) TraceDriverCoverage(drivers, activeDataSources, setupOf);
 
   for (auto driver = dbDrivers.ch_begin(); driver != dbDrivers.ch_end(); ++driver)
     for (auto database = (*driver).ch_begin(); database != (*driver).ch_end(); ++database)

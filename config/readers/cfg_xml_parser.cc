@@ -45,9 +45,10 @@ std::string Described(const std::string& element, const std::string& name) {
   return "<" + element + " Name=" + Quoted(name) + ">";
 }
 
+// " on line 35", or nothing when the line is unknown.
 std::string LineOf(const ValueOrigin* origin) {
   if (origin == nullptr || origin->Where.Line == 0) return std::string();
-  return " (line " + std::to_string(origin->Where.Line) + ")";
+  return " on line " + std::to_string(origin->Where.Line);
 }
 
 const char* TypeName(ConfigManagerTypes::Field::ValueTag tag) {
@@ -411,15 +412,16 @@ void CfgXmlParser::TraceSetting(Node& node, const Field* before, std::size_t siz
   const ValueOrigin* first = m_Trace->OriginOf(node, *before);
   if (source == "Settings") {
     m_Trace->Report(DiagnosticSeverity::Warning, DiagnosticKind::DuplicateSetting, ElementStart(),
-                    Quoted(m_Name) + " is given a second time in " + section + LineOf(first) +
-                        ": every look-up finds the first value, " +
+                    Quoted(m_Name) + " is given a second time in " + section + " (first" +
+                        LineOf(first) + "): every look-up finds the first value, " +
                         Quoted(first != nullptr ? std::string(first->Text) : std::string()) +
                         ", so " + Quoted(m_Text) + " is never read.",
                     m_Name);
   } else if (before->ValueType() == added.ValueType()) {
     m_Trace->Report(DiagnosticSeverity::Warning, DiagnosticKind::DuplicateSetting, ElementStart(),
-                    Quoted(m_Name) + " is given a second time in " + section + LineOf(first) +
-                        ": every database merges the defaults in order and receives the later "
+                    Quoted(m_Name) + " is given a second time in " + section + " (first" +
+                        LineOf(first) +
+                        "): every database merges the defaults in order and receives the later "
                         "value, " +
                         Quoted(m_Text) + ".",
                     m_Name);
