@@ -16,10 +16,18 @@ const ucs2string kCommentId("Comment");
 }  // namespace
 
 const std::vector<ElementVocabulary>& LocDrvXmlParser::Vocabulary() {
-  static const std::vector<ElementVocabulary> kWords = {
-      VocabularyEntry(kNetworkLayer, {&kName}),
-      VocabularyEntry(kMessage, {&kId}),
-  };
+  static const std::vector<ElementVocabulary> kWords = [] {
+    std::vector<ElementVocabulary> words = {
+        VocabularyEntry(kNetworkLayer, {&kName}),
+        VocabularyEntry(kMessage, {&kId}),
+    };
+    std::vector<std::string>& ids = words[1].Values[words[1].Attributes[0]];
+    for (const ucs2string* id : {&kNameId, &kCommentId}) {
+      ids.emplace_back();
+      AppendUtf16AsUtf8(id->data(), id->size(), ids.back());
+    }
+    return words;
+  }();
   return kWords;
 }
 
@@ -51,13 +59,13 @@ void LocDrvXmlParser::StartElementHandler(const unsigned short* name,
         } else if (a->Value == kCommentId) {
           m_MessageKind = CommentMessage;
         } else if (m_Trace != nullptr) {
-          static const std::vector<std::string> kIds = {"Name", "Comment"};
+          const std::vector<std::string>& ids = Vocabulary()[1].Values.begin()->second;
           std::string id;
           ReaderText::Assign(a->Value, id);
           m_Trace->Report(DiagnosticSeverity::Warning, DiagnosticKind::UnknownValue, Here(),
                           "The message id \"" + id +
                               "\" is neither \"Name\" nor \"Comment\": the message is ignored.",
-                          id, 0, &kIds);
+                          id, 0, &ids);
         }
       }
     }

@@ -38,7 +38,7 @@ void AppendCut(const unsigned short* text, int length, std::string& out) {
 
 ElementVocabulary VocabularyEntry(const std::string& element,
                                   std::initializer_list<const ucs2string*> attributes) {
-  ElementVocabulary entry{element, {}};
+  ElementVocabulary entry{element, {}, {}};
   for (const ucs2string* attribute : attributes) {
     entry.Attributes.emplace_back();
     AppendUtf16AsUtf8(attribute->data(), attribute->size(), entry.Attributes.back());
