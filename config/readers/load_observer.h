@@ -40,12 +40,12 @@ enum class FileRole {
 QR_API const char* FileRoleName(FileRole role);
 
 // How much a diagnostic matters, decided by the library for the mode it runs in:
-//  - Error: the start-up fails because of it (or, for a localised driver file, the texts of
-//    a locale cannot be had);
-//  - Warning: something silently has no effect, a driver or database is lost, or a name does
-//    not resolve as written: most likely a mistake;
+//  - Error: the start-up fails because of it;
+//  - Warning: something silently has no effect, a driver or database is lost, a name does
+//    not resolve as written, or the texts of a locale cannot be had: most likely a mistake;
 //  - Note: something is left out by design (an inactive or foreign-platform database, a
-//    driver of another implementation, a 32-bit setup file).
+//    driver of another implementation, a 32-bit setup file, a driver without texts in a
+//    locale).
 enum class DiagnosticSeverity { Error, Warning, Note };
 
 // "error", "warning" or "note".
@@ -134,10 +134,10 @@ struct LoadedFile {
 // node (a database's chain goes on into the defaults it inherited).
 struct ValueOrigin {
   SourceLocation Where;  // File empty for values that come from no file
-  // How the value was set: "Settings", "Library section", "Server section",
-  // "DriverDefaults", "Traces", "NetworkLayer", "DataBase" (of the main file), "Defaults" or
-  // "DataBase" (of a data-access file), "setup file", "registry parameter", "start-up
-  // fall-back", "extension marker".
+  // How the value was set: "Settings" (also for a parameter of a node the main file makes
+  // inside <Settings>), "Library section", "Server section", "DriverDefaults", "Traces",
+  // "Defaults" or "DataBase" (of a data-access file), "Libraries", "setup file", "registry
+  // parameter", "start-up fall-back", "extension marker".
   std::string_view Source;
   std::string_view Text;                  // the value as this origin set it, in text form
   const ValueOrigin* Replaced = nullptr;  // the value this one replaced, or null
