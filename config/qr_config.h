@@ -6,6 +6,7 @@
 //    and the containers tnode<Field> and tree<Node>;
 //  - ConfigStartup and ConfigSession, the host's start-up entry points, and
 //    Initialization::Mode;
+//  - qr_config::Value, ValueOr and DatabaseNode, which read a typed value in one call;
 //  - QRError with the catalogue of its codes (QRErrorCode) and the core classes
 //    Quorin::QRError and Quorin::Error;
 //  - the platform types that appear in these interfaces: orv_utf8string, ucs2string,
@@ -14,6 +15,7 @@
 
 #include "qr_config/config/manager/config_manager.h"
 #include "qr_config/config/manager/config_startup.h"
+#include "qr_config/config/manager/config_values.h"
 #include "qr_config/config/manager/initialization.h"
 #include "qr_config/config/model/config_tree.h"
 #include "qr_config/config/model/field.h"
