@@ -76,9 +76,16 @@ install(FILES "${PROJECT_BINARY_DIR}/qr_configConfig.cmake"
 
 # pkg-config; POCO ships no .pc file, so its library is named directly. The prefix is found
 # from the .pc file's own place, so that `cmake --install --prefix DIR` and a moved tree work.
+# The include path is <includedir> alone, as for the CMake target. A program linked with
+# `pkg-config --libs` from any prefix but /usr (whose library directory the loader searches
+# anyway) gets the library directory as its run path, so that it starts as it is.
 file(RELATIVE_PATH QR_PC_TO_PREFIX "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig"
      "${CMAKE_INSTALL_PREFIX}")
 string(REGEX REPLACE "/$" "" QR_PC_TO_PREFIX "${QR_PC_TO_PREFIX}")
+set(QR_PC_RPATH "-Wl,-rpath,\${libdir} ")
+if(CMAKE_INSTALL_PREFIX STREQUAL "/usr")
+  set(QR_PC_RPATH "")
+endif()
 configure_file("${PROJECT_SOURCE_DIR}/cmake/qr_config.pc.in"
                "${PROJECT_BINARY_DIR}/qr_config.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/qr_config.pc"
@@ -86,10 +93,18 @@ install(FILES "${PROJECT_BINARY_DIR}/qr_config.pc"
 
 if(TARGET qrconfig)
   install(TARGETS qrconfig RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Tools)
+  # Where bash-completion looks for a command's completion: completions/<command>.
+  install(FILES "${PROJECT_SOURCE_DIR}/tools/shell/qrconfig.bash"
+          DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME qrconfig
+          COMPONENT Tools)
+endif()
+if(TARGET qrconfig_man)
+  install(FILES "${PROJECT_BINARY_DIR}/tools/qrconfig.1" DESTINATION ${CMAKE_INSTALL_MANDIR}/man1
+          COMPONENT Tools)
 endif()
 
-# The documentation and the sample installation (qrconfig's default configuration
-# directory when it runs from <prefix>/bin: <datadir>/qr_config/sample-config).
+# The documentation and the sample installation, an example to start from (qrconfig reads
+# it only when named: --config-dir <datadir>/qr_config/sample-config).
 install(FILES "${PROJECT_SOURCE_DIR}/README.md" DESTINATION ${CMAKE_INSTALL_DOCDIR}
         COMPONENT Documentation)
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs/" DESTINATION ${CMAKE_INSTALL_DOCDIR}

@@ -9,6 +9,7 @@
 //  - LoadObserver, which receives what the start-up reads and decides (diagnostics with
 //    file and line, and where each value came from), and VocabularyOf, the elements and
 //    attributes each file kind's reader acts on;
+//  - qr_config::Value, ValueOr and DatabaseNode, which read a typed value in one call;
 //  - QRError with the catalogue of its codes (QRErrorCode) and the core classes
 //    Quorin::QRError and Quorin::Error;
 //  - the platform types that appear in these interfaces: orv_utf8string, ucs2string,
@@ -17,6 +18,7 @@
 
 #include "qr_config/config/manager/config_manager.h"
 #include "qr_config/config/manager/config_startup.h"
+#include "qr_config/config/manager/config_values.h"
 #include "qr_config/config/manager/initialization.h"
 #include "qr_config/config/model/config_tree.h"
 #include "qr_config/config/model/field.h"

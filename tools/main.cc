@@ -1,4 +1,4 @@
-// qrconfig: inspects and checks a qr_config installation (docs/qrconfig.md).
+// qrconfig: inspects and checks a qr_config installation (qrconfig(1)).
 #include <iostream>
 #include <string>
 #include <vector>
@@ -7,7 +7,5 @@
 
 int main(int argc, char** argv) {
   const std::vector<std::string> arguments(argv + 1, argv + argc);
-  const int status = qrconfig::RunTool(arguments, std::cout, std::cerr);
-  std::cout.flush();
-  return std::cout.fail() ? qrconfig::kExitFailure : status;
+  return qrconfig::RunTool(arguments, std::cout, std::cerr);
 }

@@ -35,6 +35,28 @@ TEST_P(SampleInstallation, Loads) {
             "es Corvane");
 }
 
+TEST_P(SampleInstallation, ConveniencesReadAValueInOneCall) {
+  ConfigSession session(GetParam());
+  ConfigManager& config = ConfigManager::Instance();
+  const ConfigManager::Node& crv19 = qr_config::DatabaseNode(config, "CRV", "CRV19");
+  EXPECT_EQ("crv19", crv19.Name());
+  EXPECT_EQ("libcrvclient.so", qr_config::Value<std::string>(crv19, "Library"));
+  EXPECT_EQ(7, qr_config::ValueOr<std::int32_t>(crv19, "No Such Field", 7));
+  const auto code = [](auto read) -> std::int32_t {
+    try {
+      read();
+    } catch (const QRError& error) {
+      return error.Code();
+    }
+    return 0;
+  };
+  EXPECT_EQ(1, code([&] { qr_config::Value<bool>(crv19, "Library"); }));
+  EXPECT_EQ(1, code([&] { qr_config::ValueOr<bool>(crv19, "Library", false); }));
+  EXPECT_EQ(261, code([&] { qr_config::Value<std::string>(crv19, "Nope"); }));
+  EXPECT_EQ(22, code([&] { qr_config::DatabaseNode(config, "CRVX", "CRV19"); }));
+  EXPECT_EQ(13, code([&] { qr_config::DatabaseNode(config, "CRV", "crv99"); }));
+}
+
 INSTANTIATE_TEST_SUITE_P(BothModes, SampleInstallation,
                          ::testing::Values(Initialization::Server, Initialization::Library));
 

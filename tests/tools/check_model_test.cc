@@ -5,6 +5,7 @@
 #include <sstream>
 #include <tuple>
 
+#include "app/suggestion.h"
 #include "check/file_vocabulary.h"
 #include "check/installation.h"
 #include "output/field_text.h"
@@ -52,7 +53,7 @@ TEST(DataAccessModelTest, AgreesWithTheDatabasesTheLibraryLoads) {
   Registry::ClearParameters();
 }
 
-TEST(FileVocabularyTest, SuggestsTheClosestKnownName) {
+TEST(SuggestionTest, SuggestsTheClosestKnownName) {
   const std::vector<std::string> known = {"Parameter", "Platform", "Name", "Library", "Libraries"};
   const std::pair<std::string, std::string> cases[] = {
       {"Parmeter", "Parameter"},

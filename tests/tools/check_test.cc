@@ -3,7 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <map>
+#include <sstream>
+#include <tuple>
 
+#include "check/findings_report.h"
+#include "support/temp_installation.h"
 #include "tool_runner.h"
 
 namespace {
@@ -69,6 +74,17 @@ TEST(CheckTest, FindsEveryPlantedProblemOfTheBrokenInstallation) {
     EXPECT_EQ(1, matches);
   }
   EXPECT_EQ(std::size(kBroken), found.size());
+  // Sorted by file (findings without one last), errors first within a file, then by line.
+  const std::map<std::string, int> rank = {{"error", 0}, {"warning", 1}, {"note", 2}};
+  for (std::size_t i = 1; i < found.size(); ++i) {
+    const Found& a = found[i - 1];
+    const Found& b = found[i];
+    SCOPED_TRACE(b.File + ":" + std::to_string(b.Line));
+    if (b.File.empty()) continue;
+    EXPECT_LE(std::make_tuple(a.File, rank.at(a.Severity), a.Line),
+              std::make_tuple(b.File, rank.at(b.Severity), b.Line));
+  }
+  EXPECT_EQ("load-failure", found.back().Kind);
   for (const Found& f : found) {
     if (f.Kind == "xml-error") {
       EXPECT_EQ(38, f.Column);
@@ -76,21 +92,62 @@ TEST(CheckTest, FindsEveryPlantedProblemOfTheBrokenInstallation) {
   }
 }
 
-TEST(CheckTest, TextReportNamesFileLineSeverityAndKind) {
+TEST(CheckTest, TextReportNamesFileLineSeverityAndKindAsUsableFromHere) {
   const ToolRun run = RunQrConfig({"check", "--config-dir", BrokenDir()});
   EXPECT_EQ(1, run.Status);
-  for (const char* line :
-       {"\ndrivers/pelmora/pelmora.dsf:11:38: error: The data-access file is not well-formed "
-        "XML (mismatched tag): the start-up fails. [xml-error]\n    Fix the XML syntax",
-        "\nqr.cfg:38: warning: The main configuration file has no element \"Parmeter\": the "
-        "reader passes over it (did you mean \"Parameter\"?). [unknown-element]\n    Write "
-        "\"Parameter\"; names are case-sensitive.\n",
-        "\nsetup/corvane.32.setup: note: ", "\ncheck: error: The library does not load",
-        "\n5 errors, 11 warnings, 5 notes in "}) {
+  const std::string dir = BrokenDir() + "/";
+  for (const std::string& line :
+       {"\n" + dir +
+            "drivers/pelmora/pelmora.dsf:11:38: error: The data-access file is not well-formed "
+            "XML (mismatched tag): the start-up fails. [xml-error]\n    Fix the XML syntax",
+        "\n" + dir +
+            "qr.cfg:38: warning: The main configuration file has no element \"Parmeter\": the "
+            "reader passes over it (did you mean \"Parameter\"?). [unknown-element]\n    Write "
+            "\"Parameter\"; names are case-sensitive.\n",
+        "\n" + dir + "setup/corvane.32.setup: note: ",
+        std::string("\ncheck: error: The library does not load"),
+        std::string("\n5 errors, 11 warnings, 5 notes in ")}) {
     SCOPED_TRACE(line);
     EXPECT_NE(std::string::npos, ("\n" + run.Out).find(line)) << run.Out;
   }
   EXPECT_NE(std::string::npos, run.Out.find("The library does not load this installation.\n"));
+  EXPECT_EQ("a\\x01b\\x0a\\x7f", qrconfig::FindingsReport::Escaped("a\x01"
+                                                                   "b\n\x7f"));
+}
+
+TEST(CheckTest, QuietAndSeverityChooseWhatIsShownAndTheStatus) {
+  TempInstallation install;
+  install.WriteBase("", "", "  <Parmeter Name=\"x\">1</Parmeter>\n");
+  struct Case {
+    std::vector<std::string> Options;
+    int Status;
+    std::vector<std::string> Shown;  // a part of each line, in order
+  };
+  const Case cases[] = {
+      {{}, 3, {"qr.cfg:", "    Write", "0 errors, 1 warning, 0 notes in "}},
+      {{"--quiet"}, 3, {"qr.cfg:", "    Write"}},
+      {{"--severity", "warning"}, 3, {"qr.cfg:", "    Write", "0 errors, 1 warning"}},
+      {{"--severity", "error"}, 0, {"0 errors, 1 warning"}},
+      {{"--severity", "error", "--quiet"}, 0, {}},
+  };
+  for (const Case& test : cases) {
+    SCOPED_TRACE(::testing::PrintToString(test.Options));
+    std::vector<std::string> arguments = {"check", "--platform", "TestOS", "--config-dir",
+                                          install.Dir()};
+    arguments.insert(arguments.end(), test.Options.begin(), test.Options.end());
+    const ToolRun run = RunQrConfig(arguments);
+    EXPECT_EQ(test.Status, run.Status) << run.Out;
+    std::istringstream lines(run.Out);
+    std::vector<std::string> shown;
+    for (std::string line; std::getline(lines, line);) shown.push_back(line);
+    ASSERT_EQ(test.Shown.size(), shown.size()) << run.Out;
+    for (std::size_t i = 0; i < shown.size(); ++i)
+      EXPECT_NE(std::string::npos, shown[i].find(test.Shown[i])) << shown[i];
+  }
+  EXPECT_EQ("", RunQrConfig({"check", "--quiet"}).Out);  // the sample has notes alone
+  for (const Found& f :
+       Findings({"check", "--json", "--severity", "error", "--config-dir", BrokenDir()}, 1))
+    EXPECT_EQ("error", f.Severity) << f.Message;
 }
 
 TEST(CheckTest, SampleHasNotesOnlyAndLoads) {

@@ -186,14 +186,16 @@ TEST(CheckUnitsTest, ScannerCountsLinesAcrossCommentsInstructionsAndText) {
   EXPECT_EQ(2u, broken.Elements.size());
 }
 
-TEST(CheckUnitsTest, MissingDirectoryReportsTheFilesTheStartUpNeeds) {
-  const ToolRun run = RunQrConfig({"check", "--json", "--config-dir", "/nonexistent/qr"});
+TEST(CheckUnitsTest, MissingFilesOfAnInstallationAreNamed) {
+  TempInstallation install;
+  install.Write("qr.cfg", TempInstallation::MainFile());
+  const ToolRun run = RunQrConfig({"check", "--json", "--config-dir", install.Dir()});
   EXPECT_EQ(1, run.Status);
   std::vector<std::string> missing;
   for (const Found& f : ParseFindings(run.Out)) {
     if (f.Kind == "missing-file") missing.push_back(f.File);
   }
-  EXPECT_EQ((std::vector<std::string>{"qr.cfg", "driver.cfg", "setup"}), missing);
+  EXPECT_EQ((std::vector<std::string>{"driver.cfg", "platform.csl", "setup"}), missing);
 }
 
 TEST(CheckUnitsTest, DeeplyNestedFilesNeitherCrashNorGrowQuadratically) {

@@ -1,6 +1,10 @@
 // The command line: what is accepted, how it is read, and what is refused with status 2.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <sstream>
+
+#include "app/tool.h"
 #include "cli/command_line.h"
 #include "tool_runner.h"
 
@@ -49,6 +53,9 @@ TEST(CommandLineTest, ReadsOptionValuesInBothForms) {
   EXPECT_EQ("/etc/quorin", invocation.ConfigDirectory);
   EXPECT_EQ(Initialization::Library, ParseCommandLine({"drivers"}).Mode);
   EXPECT_TRUE(ParseCommandLine({"--version"}).Version);
+  const Invocation check = ParseCommandLine({"check", "--quiet", "--severity=error"});
+  EXPECT_TRUE(check.Quiet);
+  EXPECT_EQ(Severity::Error, check.Threshold);
 }
 
 struct BadLine {
@@ -60,19 +67,27 @@ TEST(CommandLineTest, RefusesMalformedLinesWithASentence) {
   const BadLine cases[] = {
       {{}, "no command given"},
       {{"bogus"}, "unknown command \"bogus\""},
+      {{"tre"}, "unknown command \"tre\" (did you mean \"tree\"?)"},
+      {{"chekc"}, "unknown command \"chekc\" (did you mean \"check\"?)"},
       {{"help", "bogus"}, "unknown command \"bogus\""},
       {{"tree", "--bogus"}, "unknown option --bogus"},
-      {{"tree", "--conf", "x"}, "unknown option --conf"},
-      {{"tree", "-x"}, "Unknown option"},
-      {{"tree", "--config-dir"}, "config-dir requires DIR"},
-      {{"tree", "--json", "--json"}, "more than once: json"},
-      {{"tree", "--json=1"}, "Unexpected option argument"},
-      {{"tree", "--mode", "both"}, "--mode takes server or library, not \"both\""},
-      {{"tree", "--param", "novalue"}, "--param takes NAME=VALUE, not \"novalue\""},
-      {{"tree", "--param", "=v"}, "--param takes NAME=VALUE"},
-      {{"tree", "--active", "Corvane="}, "--active takes DRIVER=PATTERN"},
-      {{"tree", "--config-dir", ""}, "--config-dir needs a directory"},
-      {{"tree", "--platform", ""}, "--platform needs a platform name"},
+      {{"tree", "--conf", "x"},
+       "unknown option --conf (did you mean --config-dir? option names are written in full)"},
+      {{"tree", "--plaform", "x"}, "unknown option --plaform (did you mean --platform?)"},
+      {{"tree", "-x"}, "unknown option -x"},
+      {{"tree", "--config-dir"}, "option --config-dir needs a value (--config-dir DIR)"},
+      {{"tree", "--json", "--json"}, "option --json is given twice"},
+      {{"tree", "--mode=server", "--mode", "server"}, "option --mode is given twice"},
+      {{"tree", "--json=1"}, "option --json takes no value"},
+      {{"tree", "--mode", "both"}, "option --mode takes server|library, not \"both\""},
+      {{"tree", "--param", "novalue"}, "option --param takes NAME=VALUE, not \"novalue\""},
+      {{"tree", "--param", "=v"}, "option --param takes NAME=VALUE"},
+      {{"tree", "--active", "Corvane="}, "option --active takes DRIVER=PATTERN"},
+      {{"tree", "--config-dir", ""}, "option --config-dir needs a directory"},
+      {{"tree", "--platform", ""}, "option --platform needs a platform name"},
+      {{"tree", "--quiet"}, "option --quiet applies to check only"},
+      {{"check", "--severity", "fatal"},
+       "option --severity takes error|warning|note, not \"fatal\""},
       {{"tree", "a", "b"}, "tree takes 0 or 1 argument (tree [NODEPATH]), not 2"},
       {{"drivers", "x"}, "drivers takes no argument"},
       {{"charset", "a", "b"}, "charset takes 1 or 3 arguments"},
@@ -93,6 +108,8 @@ TEST(CommandLineTest, UsageErrorsExitWithStatusTwoAndPointAtTheHelp) {
       {"bogus"},
       {"tree", "--mode", "both"},
       {"tree", "--config-dir", "/a", "--param", "Config Directory=/b"},
+      {"list", "nods"},
+      {"list", "fields"},
   };
   for (const auto& line : lines) {
     SCOPED_TRACE(::testing::PrintToString(line));
@@ -100,23 +117,50 @@ TEST(CommandLineTest, UsageErrorsExitWithStatusTwoAndPointAtTheHelp) {
     EXPECT_EQ(2, run.Status);
     EXPECT_EQ("", run.Out);
     EXPECT_EQ(0u, run.Err.find("qrconfig: ")) << run.Err;
-    EXPECT_NE(std::string::npos, run.Err.find("Run 'qrconfig --help' for usage.")) << run.Err;
+    EXPECT_NE(std::string::npos, run.Err.find(".\nRun 'qrconfig --help' for usage.\n")) << run.Err;
   }
+  // Without --config-dir and QR_CONFIG_DIR there is no installation to read: no default.
+  const char* environment = std::getenv("QR_CONFIG_DIR");
+  const std::string saved = environment != nullptr ? environment : "";
+  unsetenv("QR_CONFIG_DIR");
+  std::ostringstream out;
+  std::ostringstream err;
+  EXPECT_EQ(2, RunTool({"check"}, out, err));
+  EXPECT_EQ("", out.str());
+  EXPECT_EQ(0u, err.str().find("qrconfig: no configuration directory given: name one with "
+                               "--config-dir DIR or the environment variable QR_CONFIG_DIR.\n"))
+      << err.str();
+  if (environment != nullptr) setenv("QR_CONFIG_DIR", saved.c_str(), 1);
 }
 
-TEST(CommandLineTest, HelpOfTheProgramAndOfEachCommand) {
+TEST(CommandLineTest, HelpOfTheProgramAndOfEachCommandFitsEightyColumns) {
   const ToolRun program = RunQrConfig({"--help"});
   EXPECT_EQ(0, program.Status);
-  for (const char* command :
-       {"tree", "get", "drivers", "databases", "resolve", "locale", "texts", "charset", "check"}) {
+  EXPECT_NE(std::string::npos, program.Out.find("\nExamples:\n"));
+  EXPECT_NE(std::string::npos, program.Out.find("man qrconfig"));
+  std::vector<std::pair<std::string, std::string>> helps = {{"qrconfig", program.Out}};
+  for (const char* command : {"tree", "get", "drivers", "databases", "resolve", "locale", "texts",
+                              "charset", "check", "list"}) {
     SCOPED_TRACE(command);
     EXPECT_NE(std::string::npos, program.Out.find(std::string("\n  ") + command + " "));
     const ToolRun help = RunQrConfig({command, "--help"});
     EXPECT_EQ(0, help.Status);
-    EXPECT_EQ(0u, help.Out.find(std::string("qrconfig ") + command)) << help.Out;
-    EXPECT_NE(std::string::npos, help.Out.find("--config-dir=DIR"));  // the options follow
+    EXPECT_EQ(0u, help.Out.find(std::string("Usage: qrconfig ") + command)) << help.Out;
+    EXPECT_NE(std::string::npos, help.Out.find("\n  --config-dir DIR "));  // the options follow
+    helps.emplace_back(command, help.Out);
+  }
+  for (const auto& [name, text] : helps) {
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+      SCOPED_TRACE(name + ": " + line);
+      std::size_t columns = 0;  // UTF-8 characters
+      for (char c : line) columns += (static_cast<unsigned char>(c) & 0xC0) != 0x80;
+      EXPECT_LE(columns, 80u);
+      EXPECT_TRUE(line.empty() || line.back() != ' ');
+    }
   }
   EXPECT_EQ(RunQrConfig({"texts", "--help"}).Out, RunQrConfig({"help", "texts"}).Out);
+  EXPECT_EQ(std::string::npos, RunQrConfig({"tree", "--help"}).Out.find("--severity"));
 }
 
 }  // namespace

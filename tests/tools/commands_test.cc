@@ -2,9 +2,12 @@
 // errors that exit with status 1 and a sentence saying what to do.
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include <Poco/JSON/Array.h>
 #include <Poco/JSON/Object.h>
 
+#include "app/tool.h"
 #include "qr_config/platform/process.h"
 #include "tool_runner.h"
 
@@ -60,6 +63,13 @@ TEST(CommandsTest, PrintExactlyWhatTheSampleHolds) {
            "Comment:        Nativer Treiber für Corvane ab Version 19\n"},
       {{"charset", "ISO-8859-1"}, "ISO-8859-1\n"},
       {{"charset", "CRV", "CRV19", "ISO-8859-15"}, "DB_LATIN9\n"},
+      {{"list", "drivers"}, "Corvane\nPelmora\nFiletta\nRelay Bridge\n"},
+      {{"list", "databases", "PLM"}, "plm15\nplm16\n"},
+      {{"list", "fields", "/Quorin/Traces"}, "Active\nClassID\n"},
+      {{"list", "nodes", "\\Quorin\\Traces"},
+       "/Quorin/Traces\n/Quorin/Traces/Connections\n/Quorin/Traces/Statements\n"},
+      {{"list", "commands", "--config-dir", "/nonexistent"},
+       "tree\nget\ndrivers\ndatabases\nresolve\nlocale\ntexts\ncharset\ncheck\nlist\nhelp\n"},
   };
   for (const ExactOutput& expected : cases) {
     SCOPED_TRACE(::testing::PrintToString(expected.Arguments));
@@ -96,9 +106,13 @@ TEST(CommandsTest, FailuresExitWithOneAndSayWhatToDo) {
       "the configuration in " + SampleDir() + " (from --config-dir) does not load: QRError 10: ";
   const FailingQuery cases[] = {
       {{"tree", "--config-dir", "/nonexistent/qr"},
-       "the configuration in /nonexistent/qr (from --config-dir) does not load: QRError 264: "
-       "cannot open or read the file \"/nonexistent/qr/driver.cfg\".",
-       "Check that the file exists"},
+       "the configuration directory /nonexistent/qr (from --config-dir) does not exist.\n",
+       ""},
+      {{"tree", "--config-dir", SampleDir() + "/setup"},
+       "the configuration directory " + SampleDir() +
+           "/setup (from --config-dir) holds no configuration: it has neither qr.cfg nor "
+           "driver.cfg.\n",
+       ""},
       {{"drivers", "--platform", "Windows-x64"}, notLoaded, "Run 'qrconfig check'"},
       {{"get", "/Quorin/Nope"},
        "QRError 5: no node at path \"\\Quorin\\Nope\".",
@@ -106,10 +120,23 @@ TEST(CommandsTest, FailuresExitWithOneAndSayWhatToDo) {
       {{"get", "/Quorin", "Port"},
        "QRError 261: no field named \"Port\".",
        "'qrconfig get NODEPATH'"},
+      {{"get", "/Quorin/DBDrivers/Corvane/crv19", "port"},
+       "QRError 261: no field named \"port\" (did you mean \"Port\"?).",
+       "field names are case-sensitive"},
+      {{"tree", "/Quorin/DBDriver/Corvane"},
+       "QRError 5: no node at path \"\\Quorin\\DBDriver\\Corvane\" (did you mean "
+       "\"/Quorin/DBDrivers/Corvane\"?).",
+       "'qrconfig tree'"},
+      {{"databases", "Corvan"},
+       "QRError 22: no driver named \"Corvan\" (did you mean \"Corvane\"?).",
+       "'qrconfig drivers'"},
       {{"tree", ""}, "QRError 4: the node path has no levels.", "at least one level"},
       {{"databases", "DORVIK"}, "QRError 22: no driver named \"DORVIK\".", "'qrconfig drivers'"},
+      {{"list", "databases", "DORVIK"},
+       "QRError 22: no driver named \"DORVIK\".",
+       "'qrconfig drivers'"},
       {{"resolve", "CRV", "crv99"},
-       "QRError 13: no database named \"crv99\".",
+       "QRError 13: no database named \"crv99\" (did you mean \"CRV19\"?).",
        "'qrconfig databases DRIVER'"},
       {{"locale", "xx"}, "QRError 270: unknown locale \"xx\".", "Locale entries of qr.cfg"},
       {{"charset", "EBCDIC"},
@@ -127,6 +154,48 @@ TEST(CommandsTest, FailuresExitWithOneAndSayWhatToDo) {
     EXPECT_EQ(0u, run.Err.find("qrconfig: " + query.Error)) << run.Err;
     EXPECT_NE(std::string::npos, run.Err.find(query.Advice)) << run.Err;
   }
+}
+
+TEST(CommandsTest, FailuresUnderJsonAreOneObjectOnStandardOutput) {
+  struct Case {
+    std::vector<std::string> Arguments;
+    int Status;
+    std::string Kind;
+    int Code;  // 0: none
+    std::string File;
+  };
+  const Case cases[] = {
+      {{"tre", "--json"}, 2, "usage", 0, ""},
+      {{"databases", "CRVX", "--json"}, 1, "lookup", 22, ""},
+      {{"tree", "--json", "--config-dir", "/nonexistent"}, 1, "directory", 0, "/nonexistent"},
+      {{"drivers", "--json", "--platform", "Windows-x64"}, 1, "load", 10, ""},
+  };
+  for (const Case& test : cases) {
+    SCOPED_TRACE(::testing::PrintToString(test.Arguments));
+    const ToolRun run = RunQrConfig(test.Arguments);
+    EXPECT_EQ(test.Status, run.Status);
+    EXPECT_EQ("", run.Err);
+    const Poco::Dynamic::Var parsed = ParseJson(run.Out);
+    if (parsed.isEmpty()) continue;
+    auto error = parsed.extract<Object::Ptr>()->getObject("error");
+    ASSERT_FALSE(error.isNull());
+    EXPECT_EQ(test.Status, error->getValue<int>("status"));
+    EXPECT_EQ(test.Kind, error->getValue<std::string>("kind"));
+    EXPECT_EQ(test.Code == 0, error->isNull("code"));
+    if (test.Code != 0) {
+      EXPECT_EQ(test.Code, error->getValue<int>("code"));
+    }
+    EXPECT_FALSE(error->getValue<std::string>("message").empty());
+    EXPECT_EQ(test.File, error->isNull("file") ? "" : error->getValue<std::string>("file"));
+  }
+}
+
+TEST(CommandsTest, AFailedWriteIsReportedWithStatusOne) {
+  std::ostringstream out;
+  out.setstate(std::ios::badbit);
+  std::ostringstream err;
+  EXPECT_EQ(1, qrconfig::RunTool({"drivers", "--config-dir", SampleDir()}, out, err));
+  EXPECT_EQ(0u, err.str().find("qrconfig: cannot write the output")) << err.str();
 }
 
 TEST(CommandsTest, ActiveSourcesInLibraryModeGetANote) {

@@ -5,6 +5,7 @@
 
 #include "app/config_directory.h"
 #include "app/error_advice.h"
+#include "app/failure_report.h"
 #include "app/platform_profile.h"
 #include "qr_config/platform/qr_error.h"
 
@@ -41,7 +42,7 @@ TEST(PlatformProfileTest, NamesTheFamiliesOfAPlatform) {
   EXPECT_EQ(Names{"Plan9"}, PlatformSettings("Plan9").OSLists.at("Plan9"));
 }
 
-TEST(ConfigDirectoryTest, TakesTheFirstSourceThatNamesOne) {
+TEST(ConfigDirectoryTest, TakesTheFirstSourceThatNamesOneAndHasNoDefault) {
   Invocation none;
   Invocation option;
   option.ConfigDirectory = "/opt";
@@ -49,26 +50,41 @@ TEST(ConfigDirectoryTest, TakesTheFirstSourceThatNamesOne) {
   parameter.Parameters = {{"Config Directory", "/param"}, {"Other", "x"}};
   struct Case {
     const Invocation* Line;
-    std::string Environment, Executable, Path, Source;
+    std::string Environment, Path, Source;
   };
   const Case cases[] = {
-      {&option, "/env", "/usr/bin/qrconfig", "/opt", "--config-dir"},
-      {&parameter, "/env", "", "/param", "--param"},
-      {&none, "/env", "/usr/bin/qrconfig", "/env", "QR_CONFIG_DIR"},
-      {&none, "", "/nonexistent/bin/qrconfig", QR_EXAMPLES_DIR "/sample-config",
-       "the sample of the source tree"},
-      {&none, "", "", QR_EXAMPLES_DIR "/sample-config", "the sample of the source tree"},
+      {&option, "/env", "/opt", "--config-dir"},
+      {&parameter, "/env", "/param", "--param"},
+      {&none, "/env", "/env", "QR_CONFIG_DIR"},
   };
   for (const Case& test : cases) {
     SCOPED_TRACE(test.Path);
     const ConfigDirectoryChoice choice =
-        ConfigDirectoryLocator::Locate(*test.Line, test.Environment, test.Executable);
+        ConfigDirectoryLocator::Locate(*test.Line, test.Environment);
     EXPECT_EQ(test.Path, choice.Path);
     EXPECT_EQ(test.Source, choice.Source);
   }
   Invocation both = option;
   both.Parameters = parameter.Parameters;
-  EXPECT_THROW(ConfigDirectoryLocator::Locate(both, "", ""), UsageError);
+  EXPECT_THROW(ConfigDirectoryLocator::Locate(both, ""), UsageError);
+  EXPECT_THROW(ConfigDirectoryLocator::Locate(none, ""), UsageError);
+}
+
+TEST(ConfigDirectoryTest, SaysInOneSentenceWhenADirectoryHoldsNoConfiguration) {
+  const std::pair<std::string, std::string> cases[] = {
+      {QR_EXAMPLES_DIR "/sample-config", ""},
+      {"/nonexistent/qr", "the configuration directory /nonexistent/qr (from test) does not exist"},
+      {QR_EXAMPLES_DIR "/sample-config/qr.cfg", "is not a directory"},
+      {QR_EXAMPLES_DIR "/sample-config/setup",
+       "holds no configuration: it has neither qr.cfg nor "
+       "driver.cfg"},
+  };
+  for (const auto& [path, problem] : cases) {
+    SCOPED_TRACE(path);
+    const std::string found = ConfigDirectoryLocator::Problem({path, "test"});
+    EXPECT_EQ(problem.empty(), found.empty()) << found;
+    EXPECT_NE(std::string::npos, found.find(problem)) << found;
+  }
 }
 
 TEST(ErrorAdviceTest, EveryCodeOfTheCatalogueHasAdviceOfItsOwn) {
@@ -81,10 +97,10 @@ TEST(ErrorAdviceTest, EveryCodeOfTheCatalogueHasAdviceOfItsOwn) {
     EXPECT_NE(general, AdviceFor(code));
     EXPECT_EQ('.', AdviceFor(code).back());
   }
-  EXPECT_EQ(
-      "QRError 13: no database named \"x\". List the driver's databases and aliases with "
-      "'qrconfig databases DRIVER'; names are case-sensitive.",
-      ErrorSentence(QRError(3, 256, 13, orv_utf8string("x"))));
+  const Failure failure =
+      Failure::Of(QRError(3, 256, 13, orv_utf8string("x")), "lookup", "", "crv19");
+  EXPECT_EQ("QRError 13: no database named \"x\" (did you mean \"crv19\"?)", failure.Message);
+  EXPECT_EQ(AdviceFor(13), failure.Advice);
 }
 
 }  // namespace

@@ -50,13 +50,18 @@ std::vector<Found> ParseFindings(const std::string& json) {
   std::vector<Found> found;
   const Poco::Dynamic::Var report = ParseJson(json);
   if (report.isEmpty()) return found;
-  auto findings = report.extract<Poco::JSON::Object::Ptr>()->getArray("findings");
+  auto object = report.extract<Poco::JSON::Object::Ptr>();
+  // Files are named as usable from the current directory: the configuration directory's
+  // name joined with the file's place in it, which is what the tests compare.
+  const std::string prefix = object->getValue<std::string>("configDirectory") + "/";
+  auto findings = object->getArray("findings");
   for (std::size_t i = 0; i < findings->size(); ++i) {
     auto finding = findings->getObject(static_cast<unsigned>(i));
     Found f;
     f.Severity = finding->getValue<std::string>("severity");
     f.Kind = finding->getValue<std::string>("kind");
     f.File = finding->isNull("file") ? "" : finding->getValue<std::string>("file");
+    if (f.File.compare(0, prefix.size(), prefix) == 0) f.File.erase(0, prefix.size());
     f.Line = finding->isNull("line") ? 0 : finding->getValue<int>("line");
     f.Column = finding->isNull("column") ? 0 : finding->getValue<int>("column");
     f.Message = finding->getValue<std::string>("message");

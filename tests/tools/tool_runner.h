@@ -23,8 +23,8 @@ std::string BrokenDir();
 // Parses `text` as one JSON document; fails the calling test when it is not valid JSON.
 Poco::Dynamic::Var ParseJson(const std::string& text);
 
-// A finding of the JSON report of `check`; File is "" and Line and Column are 0 where the
-// finding names none.
+// A finding of the JSON report of `check`; File is relative to the configuration directory
+// when inside it, "" where the finding names none; Line and Column are 0 where it has none.
 struct Found {
   std::string Severity, Kind, File, Message;
   int Line = 0;

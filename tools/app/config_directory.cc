@@ -1,20 +1,31 @@
 #include "app/config_directory.h"
 
-#include <unistd.h>
+#include <sys/stat.h>
 
-#include <climits>
+#include <cerrno>
 #include <cstdlib>
-
-#include <Poco/File.h>
-#include <Poco/Path.h>
+#include <cstring>
 
 #include "qr_config/platform/registry.h"
 
 namespace qrconfig {
 
+namespace {
+
+// The two files whose absence means that a directory holds no configuration at all; the
+// library reports anything less (one of them missing) itself.
+constexpr const char* kMainFile = "qr.cfg";
+constexpr const char* kDriverList = "driver.cfg";
+
+bool IsFile(const std::string& path) {
+  struct stat status {};
+  return ::stat(path.c_str(), &status) == 0 && !S_ISDIR(status.st_mode);
+}
+
+}  // namespace
+
 ConfigDirectoryChoice ConfigDirectoryLocator::Locate(const Invocation& invocation,
-                                                     const std::string& environment,
-                                                     const std::string& executable) {
+                                                     const std::string& environment) {
   std::string fromParameter;
   for (const auto& [name, value] : invocation.Parameters) {
     if (name == Registry::kConfigDirectory) fromParameter = value;
@@ -28,32 +39,31 @@ ConfigDirectoryChoice ConfigDirectoryLocator::Locate(const Invocation& invocatio
   }
   if (!fromParameter.empty()) return {fromParameter, "--param"};
   if (!environment.empty()) return {environment, Registry::kConfigDirectoryVariable};
-  if (!executable.empty()) {
-    Poco::Path installed(Poco::Path(executable).parent());
-    installed.append(Poco::Path(QR_INSTALLED_SAMPLE_FROM_BINDIR, Poco::Path::PATH_UNIX));
-    // realpath resolves the ".." and fails when the directory does not exist.
-    char resolved[PATH_MAX];
-    if (::realpath(installed.makeDirectory().toString().c_str(), resolved) != nullptr &&
-        Poco::File(resolved).isDirectory())
-      return {resolved, "the installed sample"};
-  }
-  return {QR_SOURCE_SAMPLE_DIR, "the sample of the source tree"};
+  throw UsageError(std::string("no configuration directory given: name one with --config-dir "
+                               "DIR or the environment variable ") +
+                   Registry::kConfigDirectoryVariable);
 }
 
 ConfigDirectoryChoice ConfigDirectoryLocator::Locate(const Invocation& invocation) {
   const char* environment = std::getenv(Registry::kConfigDirectoryVariable);
-  ConfigDirectoryChoice choice =
-      Locate(invocation, environment != nullptr ? environment : "", ExecutablePath());
+  ConfigDirectoryChoice choice = Locate(invocation, environment != nullptr ? environment : "");
   // The library joins names to the directory with a separator of its own.
   while (choice.Path.size() > 1 && choice.Path.back() == '/') choice.Path.pop_back();
   return choice;
 }
 
-std::string ConfigDirectoryLocator::ExecutablePath() {
-  char buffer[PATH_MAX];
-  const ssize_t size = ::readlink("/proc/self/exe", buffer, sizeof buffer);
-  if (size <= 0 || static_cast<std::size_t>(size) >= sizeof buffer) return "";
-  return std::string(buffer, static_cast<std::size_t>(size));
+std::string ConfigDirectoryLocator::Problem(const ConfigDirectoryChoice& choice) {
+  const std::string named =
+      "the configuration directory " + choice.Path + " (from " + choice.Source + ")";
+  struct stat status {};
+  if (::stat(choice.Path.c_str(), &status) != 0) {
+    if (errno == ENOENT || errno == ENOTDIR) return named + " does not exist";
+    return named + " cannot be read: " + std::strerror(errno);
+  }
+  if (!S_ISDIR(status.st_mode)) return named + " is not a directory";
+  if (!IsFile(choice.Path + "/" + kMainFile) && !IsFile(choice.Path + "/" + kDriverList))
+    return named + " holds no configuration: it has neither " + kMainFile + " nor " + kDriverList;
+  return "";
 }
 
 }  // namespace qrconfig

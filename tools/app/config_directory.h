@@ -15,23 +15,21 @@ struct ConfigDirectoryChoice {
 
 // Chooses the configuration directory, first match wins:
 //  1. --config-dir, or a --param "Config Directory=..." (giving both is a UsageError);
-//  2. the environment variable QR_CONFIG_DIR when set and not empty;
-//  3. the installed sample: <directory of the executable>/../share/qr_config/sample-config
-//     (the path from the install's bin directory to its data directory, fixed at build time),
-//     when it is a directory; an installed tree may be moved as a whole;
-//  4. the sample in the source tree the tool was built from (the build tree's tool).
-// The directory is not checked further: a missing one fails the load with a clear error.
+//  2. the environment variable QR_CONFIG_DIR when set and not empty.
+// There is no default: a tool that silently read some other installation would report on
+// the wrong files, so with neither it throws UsageError.
 class ConfigDirectoryLocator {
  public:
   // The choice for `invocation`, with `environment` as the value of QR_CONFIG_DIR (empty when
-  // unset) and `executable` as the path of the running program (empty when unknown).
-  static ConfigDirectoryChoice Locate(const Invocation& invocation, const std::string& environment,
-                                      const std::string& executable);
-  // The same with the real environment and executable, without trailing slashes.
+  // unset).
+  static ConfigDirectoryChoice Locate(const Invocation& invocation, const std::string& environment);
+  // The same with the real environment, without trailing slashes.
   static ConfigDirectoryChoice Locate(const Invocation& invocation);
 
-  // The path of the running program (from /proc/self/exe); empty when it cannot be read.
-  static std::string ExecutablePath();
+  // Empty when the chosen directory exists and holds a main file (qr.cfg) or a driver list
+  // (driver.cfg); otherwise one sentence (without its full stop) saying what is wrong: the
+  // directory does not exist, is no directory, or holds neither file.
+  static std::string Problem(const ConfigDirectoryChoice& choice);
 };
 
 }  // namespace qrconfig

@@ -90,22 +90,9 @@ std::string AdviceFor(std::int32_t code) {
   return kCheck;
 }
 
-std::string ErrorSentence(const QRError& error) {
-  return std::string(error.what()) + ". " + AdviceFor(error.Code());
-}
-
 std::string ExceptionText(const std::exception& error) {
   const auto* poco = dynamic_cast<const Poco::Exception*>(&error);
   return poco != nullptr ? poco->displayText() : error.what();
-}
-
-std::string ErrorSentence(const std::exception& error) {
-  std::string text = ExceptionText(error);
-  if (!text.empty() && text.back() != '.') text += '.';
-  return text +
-         " Check that the configuration directory holds every file and directory "
-         "the installation needs; " +
-         kCheck;
 }
 
 }  // namespace qrconfig

@@ -2,17 +2,17 @@
 
 #include <memory>
 
-#include <Poco/Exception.h>
-
 #include "app/config_directory.h"
-#include "app/error_advice.h"
+#include "app/failure_report.h"
 #include "app/tool_environment.h"
 #include "cli/command_catalog.h"
 #include "cli/command_line.h"
 #include "cli/help_text.h"
 #include "commands/check_command.h"
 #include "commands/driver_commands.h"
+#include "commands/list_command.h"
 #include "commands/locale_commands.h"
+#include "commands/lookup.h"
 #include "commands/tree_commands.h"
 #include "qr_config/config/manager/config_startup.h"
 #include "qr_config/config/version.h"
@@ -27,7 +27,7 @@ QueryCommand QueryCommandNamed(const std::string& name) {
   static const std::pair<const char*, QueryCommand> kCommands[] = {
       {"tree", &RunTree},           {"get", &RunGet},         {"drivers", &RunDrivers},
       {"databases", &RunDatabases}, {"resolve", &RunResolve}, {"locale", &RunLocale},
-      {"texts", &RunTexts},         {"charset", &RunCharset},
+      {"texts", &RunTexts},         {"charset", &RunCharset}, {"list", &RunList},
   };
   for (const auto& [commandName, command] : kCommands) {
     if (name == commandName) return command;
@@ -35,41 +35,61 @@ QueryCommand QueryCommandNamed(const std::string& name) {
   return nullptr;
 }
 
+// A failure that ends the run; RunTool writes it.
+struct Stop {
+  Failure Reason;
+};
+
 // Loads the configuration and runs a query command on it.
 int RunQuery(const Invocation& invocation, const ConfigDirectoryChoice& directory,
-             std::ostream& out, std::ostream& err) {
+             std::ostream& out) {
   std::unique_ptr<ConfigSession> session;
+  const std::string context =
+      "the configuration in " + directory.Path + " (from " + directory.Source + ") does not load: ";
   try {
     session = std::make_unique<ConfigSession>(invocation.Mode);
   } catch (const QRError& error) {
-    err << "qrconfig: the configuration in " << directory.Path << " (from " << directory.Source
-        << ") does not load: " << ErrorSentence(error) << '\n';
-    return kExitFailure;
+    throw Stop{Failure::Of(error, "load", context)};
+  } catch (const std::bad_alloc&) {
+    throw;
+  } catch (const std::exception& error) {
+    throw Stop{Failure::Of(error, "load", context)};
   }
-  return QueryCommandNamed(invocation.Command)(invocation, ConfigManager::Instance(), out);
+  try {
+    return QueryCommandNamed(invocation.Command)(invocation, ConfigManager::Instance(), out);
+  } catch (const LookupError& error) {
+    throw Stop{Failure::Of(error.Error(), "lookup", "", error.Suggestion())};
+  } catch (const QRError& error) {
+    throw Stop{Failure::Of(error, "lookup", "")};
+  }
 }
 
 int Run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {
-  Invocation invocation;
-  ConfigDirectoryChoice directory;
-  try {
-    invocation = ParseCommandLine(arguments);
-    if (invocation.Help) {
-      if (invocation.Command.empty()) {
-        WriteProgramHelp(out);
-      } else {
-        WriteCommandHelp(*FindCommand(invocation.Command), out);
-      }
-      return kExitSuccess;
+  const Invocation invocation = ParseCommandLine(arguments);
+  if (invocation.Help) {
+    if (invocation.Command.empty()) {
+      WriteProgramHelp(out);
+    } else {
+      WriteCommandHelp(*FindCommand(invocation.Command), out);
     }
-    if (invocation.Version) {
-      out << "qrconfig " << qr_config::Version() << '\n';
-      return kExitSuccess;
-    }
-    directory = ConfigDirectoryLocator::Locate(invocation);
-  } catch (const UsageError& error) {
-    err << "qrconfig: " << error.what() << ".\nRun 'qrconfig --help' for usage.\n";
-    return kExitUsage;
+    return kExitSuccess;
+  }
+  if (invocation.Version) {
+    out << "qrconfig " << qr_config::Version() << '\n';
+    return kExitSuccess;
+  }
+  if (invocation.Command == "list") {
+    CheckListArguments(invocation);
+    if (ListNeedsNoConfiguration(invocation)) return RunStaticList(invocation, out);
+  }
+  const ConfigDirectoryChoice directory = ConfigDirectoryLocator::Locate(invocation);
+  const std::string problem = ConfigDirectoryLocator::Problem(directory);
+  if (!problem.empty()) {
+    Failure failure;
+    failure.Kind = "directory";
+    failure.Message = problem;
+    failure.File = directory.Path;
+    throw Stop{failure};
   }
 
   if (!invocation.ActiveSources.empty() && invocation.Mode == Initialization::Library) {
@@ -78,20 +98,33 @@ int Run(const std::vector<std::string>& arguments, std::ostream& out, std::ostre
   }
   ToolEnvironment environment(invocation, directory.Path);
   if (invocation.Command == "check") return RunCheck(invocation, directory.Path, out);
-  return RunQuery(invocation, directory, out, err);
+  return RunQuery(invocation, directory, out);
 }
 
 }  // namespace
 
 int RunTool(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {
+  const bool asJson = AsksForJson(arguments);
+  int status = kExitFailure;
   try {
-    return Run(arguments, out, err);
+    status = Run(arguments, out, err);
+  } catch (const Stop& stop) {
+    WriteFailure(stop.Reason, asJson, out, err);
+    status = stop.Reason.Status;
+  } catch (const UsageError& error) {
+    WriteFailure(Failure::Usage(error.what()), asJson, out, err);
+    status = kExitUsage;
   } catch (const QRError& error) {
-    err << "qrconfig: " << ErrorSentence(error) << '\n';
+    WriteFailure(Failure::Of(error, "internal", ""), asJson, out, err);
   } catch (const std::exception& error) {
-    err << "qrconfig: " << ErrorSentence(error) << '\n';
+    WriteFailure(Failure::Of(error, "internal", ""), asJson, out, err);
   }
-  return kExitFailure;
+  if (!out.flush()) {
+    err << "qrconfig: cannot write the output (a full disk, a closed pipe or a read-only "
+           "file?); what was written is incomplete.\n";
+    return kExitFailure;
+  }
+  return status;
 }
 
 }  // namespace qrconfig

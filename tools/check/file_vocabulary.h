@@ -26,9 +26,4 @@ const std::vector<ElementWords>& VocabularyOf(FileKind kind);
 // The words of `element` in `kind`, or nullptr when the reader ignores that element.
 const ElementWords* FindElement(FileKind kind, const std::string& element);
 
-// The known name closest to `name` among `candidates`: one that differs only in letter case,
-// or by at most two edits (insertions, deletions, substitutions, swaps of neighbours) when
-// the name has at least four characters; empty when there is none.
-std::string Suggestion(const std::string& name, const std::vector<std::string>& candidates);
-
 }  // namespace qrconfig

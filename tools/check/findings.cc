@@ -1,6 +1,7 @@
 #include "check/findings.h"
 
 #include <algorithm>
+#include <tuple>
 
 namespace qrconfig {
 
@@ -16,10 +17,7 @@ const char* SeverityName(Severity severity) {
   return "note";
 }
 
-Findings::Findings(std::string configDirectory)
-    : m_ConfigDirectory(std::move(configDirectory)), m_Prefix(m_ConfigDirectory) {
-  if (!m_Prefix.empty() && m_Prefix.back() != '/') m_Prefix += '/';
-}
+Findings::Findings(std::string configDirectory) : m_ConfigDirectory(std::move(configDirectory)) {}
 
 void Findings::Add(Severity level, const char* kind, const std::string& path, unsigned long line,
                    std::string message, std::string advice, unsigned long column) {
@@ -27,8 +25,6 @@ void Findings::Add(Severity level, const char* kind, const std::string& path, un
   finding.Level = level;
   finding.Kind = kind;
   finding.File = path;
-  if (!m_Prefix.empty() && path.compare(0, m_Prefix.size(), m_Prefix) == 0)
-    finding.File = path.substr(m_Prefix.size());
   finding.Line = line;
   finding.Column = column;
   finding.Message = std::move(message);
@@ -42,8 +38,17 @@ std::size_t Findings::Count(Severity level) const {
                     [level](const Finding& f) { return f.Level == level; }));
 }
 
-bool Findings::HasProblems() const {
-  return Count(Severity::Error) + Count(Severity::Warning) > 0;
+std::vector<const Finding*> Findings::Sorted(Severity threshold) const {
+  std::vector<const Finding*> sorted;
+  for (const Finding& finding : m_Findings) {
+    if (finding.Level <= threshold) sorted.push_back(&finding);
+  }
+  std::stable_sort(sorted.begin(), sorted.end(), [](const Finding* a, const Finding* b) {
+    if (a->File.empty() != b->File.empty()) return b->File.empty();
+    return std::tie(a->File, a->Level, a->Line, a->Column) <
+           std::tie(b->File, b->Level, b->Line, b->Column);
+  });
+  return sorted;
 }
 
 }  // namespace qrconfig

@@ -10,7 +10,7 @@ namespace qrconfig {
 // error: the library refuses the installation or a value (the load fails, or would fail in
 // the other mode); warning: something silently has no effect, most likely a mistake; note:
 // something is skipped by design (inactive or platform-specific databases, non-native
-// drivers). `check` exits with 1 when there is an error or a warning.
+// drivers). The order is that of importance: a smaller value is more severe.
 enum class Severity { Error, Warning, Note };
 
 // "error", "warning" or "note".
@@ -45,7 +45,8 @@ inline constexpr const char* LoadFailure = "load-failure";  // the library's own
 struct Finding {
   Severity Level = Severity::Error;
   std::string Kind;          // one of FindingKind
-  std::string File;          // relative to the configuration directory when inside it; may be empty
+  std::string File;          // the path as the checks built it from the configuration
+                             // directory's name, so usable from where qrconfig runs; may be empty
   unsigned long Line = 0;    // 1-based; 0 when there is no line
   unsigned long Column = 0;  // 1-based; 0 when there is no column
   std::string Message;       // what is wrong, as a sentence
@@ -57,20 +58,21 @@ class Findings {
  public:
   explicit Findings(std::string configDirectory);
 
-  // Adds a finding about the file at `path` (a full path, or empty); the path is kept
-  // relative to the configuration directory when it lies inside it.
+  // Adds a finding about the file at `path` (the configuration directory's name joined with
+  // the file's place in it, or empty).
   void Add(Severity level, const char* kind, const std::string& path, unsigned long line,
            std::string message, std::string advice, unsigned long column = 0);
 
   const std::vector<Finding>& All() const { return m_Findings; }
   std::size_t Count(Severity level) const;
-  // True when there is an error or a warning.
-  bool HasProblems() const;
+  // The findings of `threshold` or above, sorted by file (byte order; findings without a
+  // file last), then by severity (errors first), then by line and column; findings that
+  // tie keep the order they were added in.
+  std::vector<const Finding*> Sorted(Severity threshold) const;
   const std::string& ConfigDirectory() const { return m_ConfigDirectory; }
 
  private:
   std::string m_ConfigDirectory;
-  std::string m_Prefix;  // the directory with a trailing separator
   std::vector<Finding> m_Findings;
 };
 

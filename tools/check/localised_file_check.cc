@@ -1,6 +1,6 @@
 #include "check/localised_file_check.h"
 
-#include "check/file_vocabulary.h"
+#include "app/suggestion.h"
 
 namespace qrconfig {
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "app/suggestion.h"
 #include "check/file_vocabulary.h"
 
 namespace qrconfig {

@@ -67,13 +67,71 @@ const std::vector<CommandSpec>& Commands() {
        "files naming unknown or non-native drivers or missing data-access files, aliases\n"
        "that collide and lose, settings the start-up needs, character-set lists and\n"
        "tables, databases skipped by Active, Platform or the active data sources, and\n"
-       "finally whether the library loads the installation. Each finding names its\n"
-       "severity (error, warning or note), file and line, and what to do. The exit status\n"
-       "is 1 when there is an error or a warning; notes alone give 0."},
+       "finally whether the library loads the installation.\n"
+       "\n"
+       "Each finding is one line FILE:LINE:COLUMN: SEVERITY: MESSAGE [KIND] (line and\n"
+       "column where known; FILE as usable from the current directory) followed by what\n"
+       "to do, sorted by file, errors before warnings before notes within a file, then by\n"
+       "line; a summary line ends the report. --severity error|warning|note reports only\n"
+       "findings of that severity or above (default note); --quiet reports only errors\n"
+       "and warnings, without the summary, and prints nothing when there are none.\n"
+       "\n"
+       "Exit status: 0 when no error or warning is reported, 1 when an error is (or the\n"
+       "directory holds no configuration), 3 when warnings but no error are."},
+      {"list", "WHAT [NODEPATH | DRIVER]", Counts({1, 2}),
+       "names for scripts and shell completion, one per line",
+       "Prints names alone, one per line, for scripts and shell completion. WHAT is one of:\n"
+       "  commands         the commands of qrconfig\n"
+       "  options          the options, each followed by its value (DIR) or its choices\n"
+       "                   (server|library) when it takes one\n"
+       "  nodes [NODEPATH] the path of every node, with slashes (/Quorin/DBDrivers), or\n"
+       "                   of every node below NODEPATH\n"
+       "  fields NODEPATH  the field names of the node at NODEPATH, in order\n"
+       "  drivers          the driver names, native ones first, in driver-list order\n"
+       "  databases DRIVER the databases loaded for DRIVER (a name or alias)\n"
+       "The lists of commands and options need no configuration directory."},
       {"help", "[COMMAND]", Counts({0, 1}), "the help of the program or of one command",
        "Shows the help of the program, or of COMMAND."},
   };
   return commands;
+}
+
+const std::vector<OptionSpec>& Options() {
+  static const std::vector<OptionSpec> options = {
+      {"config-dir", nullptr, "DIR", false, false,
+       "The configuration directory to read. Default: the environment variable "
+       "QR_CONFIG_DIR; with neither, qrconfig stops with status 2."},
+      {"mode", nullptr, "server|library", false, false,
+       "Initialise in server or library mode (default library): selects the main file's "
+       "Server or Library section and the mode's rules."},
+      {"param", nullptr, "NAME=VALUE", true, false,
+       "Set the registry parameter NAME to VALUE before loading; repeatable. "
+       "\"Config Directory\" is --config-dir."},
+      {"active", nullptr, "DRIVER=PATTERN", true, false,
+       "Register an active data source: databases of DRIVER whose whole name matches the "
+       "regular expression PATTERN; repeatable. Takes effect in server mode only."},
+      {"platform", nullptr, "NAME", false, false,
+       "Load as if running on the platform NAME (and its families, such as Linux and Unix "
+       "for Linux-x86_64) instead of this machine's platform."},
+      {"json", nullptr, nullptr, false, false,
+       "Print the result as JSON instead of text; failures too, as one object "
+       "{\"error\": {...}} on standard output."},
+      {"quiet", nullptr, nullptr, false, true,
+       "check: report only errors and warnings, without the summary; print nothing when "
+       "there are none."},
+      {"severity", nullptr, "error|warning|note", false, true,
+       "check: report only findings of this severity or above (default note)."},
+      {"help", "-h", nullptr, false, false, "Show the help of the program or of the command."},
+      {"version", nullptr, nullptr, false, false, "Show the version of the library and exit."},
+  };
+  return options;
+}
+
+const OptionSpec* FindOption(const std::string& name) {
+  for (const OptionSpec& option : Options()) {
+    if (name == option.Name) return &option;
+  }
+  return nullptr;
 }
 
 const CommandSpec* FindCommand(const std::string& name) {

@@ -6,8 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include <Poco/Util/OptionSet.h>
-
+#include "check/findings.h"
 #include "qr_config/config/manager/initialization.h"
 
 namespace qrconfig {
@@ -23,25 +22,32 @@ struct Invocation {
   Initialization::Mode Mode = Initialization::Library;             // --mode
   std::vector<std::pair<std::string, std::string>> Parameters;     // --param NAME=VALUE, in order
   std::vector<std::pair<std::string, std::string>> ActiveSources;  // --active DRIVER=PATTERN
-  std::string Platform;  // --platform; empty: the running platform
+  std::string Platform;                 // --platform; empty: the running platform
+  bool Quiet = false;                   // --quiet (check)
+  Severity Threshold = Severity::Note;  // --severity (check): the least severity reported
 };
 
-// A command line that qrconfig cannot run; what() is a sentence for the user (exit status 2).
+// A command line that qrconfig cannot run; what() is a sentence for the user without its
+// full stop (exit status 2).
 class UsageError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-// The options qrconfig accepts, with their help texts.
-Poco::Util::OptionSet ToolOptions();
-
 // Parses the arguments that follow the program name. Options may stand before or after the
-// command and its arguments; "--" ends the options. Option names must be written in full
-// (no abbreviations), as "--name VALUE" or "--name=VALUE". Throws UsageError for an unknown
-// or repeated option (only --param and --active repeat), a missing or malformed option value,
-// a missing or unknown command, or a wrong number of arguments for the command. With --help
-// or --version nothing else is checked, except that a command named with --help must exist.
-// "help [COMMAND]" is the same as "[COMMAND] --help".
+// command and its arguments; "--" ends the options. Option names are written in full (no
+// abbreviations), as "--name VALUE" or "--name=VALUE"; the argument after an option that
+// takes a value is always that value. Throws UsageError, worded "unknown option --x",
+// "option --x ..." or "<command> takes ...", for an unknown, abbreviated or repeated option
+// (only --param and --active repeat), a missing, unexpected or malformed option value, an
+// option of check given to another command, a missing or unknown command (with the nearest
+// command or option name when there is one), or a wrong number of arguments for the command.
+// With --help or --version nothing else is checked, except that a command named with --help
+// must exist. "help [COMMAND]" is the same as "[COMMAND] --help".
 Invocation ParseCommandLine(const std::vector<std::string>& arguments);
+
+// True when `arguments` ask for JSON output (a "--json" before any "--"), judged without
+// parsing them, so that even a usage error can be reported as JSON.
+bool AsksForJson(const std::vector<std::string>& arguments);
 
 }  // namespace qrconfig

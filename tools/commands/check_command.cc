@@ -10,12 +10,21 @@ int RunCheck(const Invocation& invocation, const std::string& configDirectory, s
   const CheckResult result =
       Checker::Run(configDirectory, invocation.Mode, invocation.ActiveSources);
   const char* mode = invocation.Mode == Initialization::Server ? "server" : "library";
+  ReportOptions options;
+  options.Threshold = invocation.Threshold;
+  options.Quiet = invocation.Quiet;
   if (invocation.Json) {
-    FindingsReport::WriteJson(result, mode, out);
+    FindingsReport::WriteJson(result, mode, options, out);
   } else {
-    FindingsReport::WriteText(result, mode, out);
+    FindingsReport::WriteText(result, mode, options, out);
   }
-  return result.Found.HasProblems() ? kExitFailure : kExitSuccess;
+  return CheckStatus(result.Found, FindingsReport::ShownFrom(options));
+}
+
+int CheckStatus(const Findings& findings, Severity shownFrom) {
+  if (findings.Count(Severity::Error) > 0) return kExitFailure;
+  if (shownFrom != Severity::Error && findings.Count(Severity::Warning) > 0) return kExitWarnings;
+  return kExitSuccess;
 }
 
 }  // namespace qrconfig

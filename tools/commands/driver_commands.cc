@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "commands/lookup.h"
 #include "output/field_text.h"
 #include "output/json_writer.h"
 #include "output/text_table.h"
@@ -13,8 +14,6 @@
 namespace qrconfig {
 
 namespace {
-
-using TreeNode = tree_node<ConfigManager::Node>;
 
 // The other keys of `names` that map to `name`, in key order.
 std::vector<std::string> AliasesOf(const std::map<std::string, std::string>& names,
@@ -117,7 +116,7 @@ int RunDrivers(const Invocation& invocation, ConfigManager& config, std::ostream
 }
 
 int RunDatabases(const Invocation& invocation, ConfigManager& config, std::ostream& out) {
-  const std::string driver = config.ResolveDriverName(invocation.Arguments.front());
+  const std::string driver = ResolveDriver(config, invocation.Arguments.front());
   const bool native = IsNative(config, driver);
   std::vector<DatabaseView> databases;
   if (const TreeNode* node = DriverNode(config, driver)) {
@@ -178,10 +177,10 @@ int RunDatabases(const Invocation& invocation, ConfigManager& config, std::ostre
 }
 
 int RunResolve(const Invocation& invocation, ConfigManager& config, std::ostream& out) {
-  const std::string driver = config.ResolveDriverName(invocation.Arguments.front());
+  const std::string driver = ResolveDriver(config, invocation.Arguments.front());
   std::string database;
   if (invocation.Arguments.size() == 2)
-    database = config.ResolveDatabaseName(driver, invocation.Arguments[1]);
+    database = ResolveDatabase(config, driver, invocation.Arguments[1]);
   if (invocation.Json) {
     JsonWriter json(out);
     json.BeginObject();

@@ -6,6 +6,7 @@
 
 #include <Poco/Path.h>
 
+#include "commands/lookup.h"
 #include "output/field_text.h"
 #include "output/json_writer.h"
 #include "output/text_table.h"
@@ -50,7 +51,7 @@ int RunLocale(const Invocation& invocation, ConfigManager& config, std::ostream&
 }
 
 int RunTexts(const Invocation& invocation, ConfigManager& config, std::ostream& out) {
-  const std::string driver = config.ResolveDriverName(Argument(invocation, 0));
+  const std::string driver = ResolveDriver(config, Argument(invocation, 0));
   const Quorin::LocaleDescriptor& locale =
       config.GetLocale(Argument(invocation, 1), Argument(invocation, 2));
 
@@ -82,8 +83,8 @@ int RunCharset(const Invocation& invocation, ConfigManager& config, std::ostream
                out);
     return 0;
   }
-  const std::string driver = config.ResolveDriverName(invocation.Arguments[0]);
-  const std::string database = config.ResolveDatabaseName(driver, invocation.Arguments[1]);
+  const std::string driver = ResolveDriver(config, invocation.Arguments[0]);
+  const std::string database = ResolveDatabase(config, driver, invocation.Arguments[1]);
   const std::string& name = invocation.Arguments[2];
   const std::string& value = config.GetCharSetTableEntry(driver, database, name);
   if (!invocation.Json) {

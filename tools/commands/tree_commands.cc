@@ -1,6 +1,6 @@
 #include "commands/tree_commands.h"
 
-#include "commands/node_path_argument.h"
+#include "commands/lookup.h"
 #include "output/field_text.h"
 #include "output/json_writer.h"
 #include "output/tree_printer.h"
@@ -11,7 +11,7 @@ int RunTree(const Invocation& invocation, ConfigManager& config, std::ostream& o
   const std::string text = invocation.Arguments.empty()
                                ? std::string(static_cast<const char*>(config.Root()))
                                : invocation.Arguments.front();
-  const auto& node = config.GetTree().Find(NodePathArgument(text));
+  const TreeNode& node = FindNode(config, text);
   if (invocation.Json) {
     JsonWriter json(out);
     TreePrinter::WriteJson(node, text, json);
@@ -24,9 +24,9 @@ int RunTree(const Invocation& invocation, ConfigManager& config, std::ostream& o
 
 int RunGet(const Invocation& invocation, ConfigManager& config, std::ostream& out) {
   const std::string& path = invocation.Arguments.front();
-  const ConfigManager::Node& node = config.GetTree().Find(NodePathArgument(path)).value();
+  const ConfigManager::Node& node = FindNode(config, path).value();
   if (invocation.Arguments.size() == 2) {
-    const ConfigManager::Field& field = node.Find(invocation.Arguments[1]);
+    const ConfigManager::Field& field = FindField(node, invocation.Arguments[1]);
     if (invocation.Json) {
       JsonWriter json(out);
       WriteFieldJson(json, field);
