@@ -20,6 +20,8 @@ std::string Quoted(const std::string& text) {
 
 void ConfigManagerImpl::CheckLocalizedFiles(const std::string& configDirectory) {
   const ConfigKeys& keys = ConfigKeys::Instance();
+  // Without a driver there is nothing to localise, and no request that could fail.
+  if (GetConstTree().Find(Localization()).ch_size() == 0) return;
   const std::string base = JoinNative(configDirectory, keys.LocalizedDriverFile);
 
   // The file GetLocalizedDriver would read for each locale of the running platform.

@@ -2,7 +2,12 @@
 // found with its severity, kind, file and line, and the sample passes with notes only.
 #include <gtest/gtest.h>
 
+#include <Poco/File.h>
+
 #include <algorithm>
+#include <fstream>
+#include <functional>
+#include <iterator>
 #include <map>
 #include <sstream>
 #include <tuple>
@@ -31,9 +36,9 @@ std::vector<Found> Findings(const std::vector<std::string>& arguments, int expec
 const Expected kBroken[] = {
     {"error", "xml-error", "drivers/pelmora/pelmora.dsf", 11,
      "not well-formed XML (mismatched tag)"},
-    {"warning", "unknown-element", "qr.cfg", 38, "no element \"Parmeter\""},
+    {"warning", "unknown-element", "qr.cfg", 38, "element <Parmeter>"},
     {"warning", "unknown-attribute", "drivers/corvane/corvane.dsf", 24,
-     "did you mean \"Platform\"?"},
+     "Did you mean \"Platform\"?"},
     {"warning", "unknown-value", "driverfr.cfg", 9, "message id \"Coment\""},
     {"warning", "value-layout", "drivers/corvane/corvane.dsf", 19, "\"Main production database\""},
     {"error", "value-type", "qr.cfg", 35, "\"SQL External Extension\" is written as \"42\""},
@@ -42,19 +47,17 @@ const Expected kBroken[] = {
     {"note", "setup-skipped", "setup/corvane.32.setup", 0, "left out"},
     {"error", "missing-data-file", "setup/filetta.setup", 5, "filetta3.dsf"},
     {"warning", "unknown-driver", "setup/dorvik.setup", 3, "\"Dorvik\""},
-    {"note", "non-native-driver", "setup/relay.setup", 4, "Implementation \"Script\""},
-    {"warning", "alias-collision", "driver.cfg", 19,
-     "alias \"CRV\" of the driver \"Relay Bridge\""},
-    {"warning", "alias-collision", "drivers/corvane/corvane.dsf", 26,
+    {"note", "non-native-driver", "setup/relay.setup", 4, "another implementation"},
+    {"warning", "name-collision", "driver.cfg", 19, "alias \"CRV\" of \"Relay Bridge\""},
+    {"warning", "name-collision", "drivers/corvane/corvane.dsf", 26,
      "alias \"CRV19\" of the database \"crv21\""},
     {"note", "database-skipped", "drivers/corvane/corvane.dsf", 37,
-     "\"crv19win\" is for the platforms \"Windows\""},
-    {"warning", "database-skipped", "drivers/corvane/corvane.dsf", 42,
-     "\"crv12\" has no \"Active\""},
-    {"note", "database-skipped", "drivers/corvane/corvane.dsf", 47, "\"crv_archive\" matches none"},
-    {"note", "database-skipped", "drivers/corvane/corvane.dsf", 52, "\"crv11\" is not active"},
-    {"warning", "charset-table", "drivers/corvane/corvane.dsf", 24, "corvane21.csl"},
-    {"warning", "unknown-driver", "driverde_DE.cfg", 7, "did you mean \"Filetta\"?"},
+     "\"crv19win\" of \"Corvane\" is for the platforms \"Windows\""},
+    {"warning", "database-skipped", "drivers/corvane/corvane.dsf", 42, "has no \"Active\""},
+    {"note", "database-skipped", "drivers/corvane/corvane.dsf", 47, "\"crv_archive\""},
+    {"note", "database-skipped", "drivers/corvane/corvane.dsf", 52, "\"crv11\""},
+    {"warning", "charset-table", "drivers/corvane/corvane.dsf", 27, "corvane21.csl"},
+    {"warning", "unknown-driver", "driverde_DE.cfg", 7, "Did you mean \"Filetta\"?"},
     {"error", "load-failure", "", 0, "QRError 10"},
 };
 
@@ -99,11 +102,12 @@ TEST(CheckTest, TextReportNamesFileLineSeverityAndKindAsUsableFromHere) {
   for (const std::string& line :
        {"\n" + dir +
             "drivers/pelmora/pelmora.dsf:11:38: error: The data-access file is not well-formed "
-            "XML (mismatched tag): the start-up fails. [xml-error]\n    Fix the XML syntax",
+            "XML (mismatched tag). The start-up fails (QRError 10), since \"Ignore Driver Load "
+            "Failure\" is not Yes. [xml-error]\n    Fix the XML",
         "\n" + dir +
-            "qr.cfg:38: warning: The main configuration file has no element \"Parmeter\": the "
-            "reader passes over it (did you mean \"Parameter\"?). [unknown-element]\n    Write "
-            "\"Parameter\"; names are case-sensitive.\n",
+            "qr.cfg:38: warning: The reader of the main file does not know the element "
+            "<Parmeter> and passes over it. Did you mean \"Parameter\"? [unknown-element]\n"
+            "    Correct the element's name",
         "\n" + dir + "setup/corvane.32.setup: note: ",
         std::string("\ncheck: error: The library does not load"),
         std::string("\n5 errors, 11 warnings, 5 notes in ")}) {
@@ -124,9 +128,9 @@ TEST(CheckTest, QuietAndSeverityChooseWhatIsShownAndTheStatus) {
     std::vector<std::string> Shown;  // a part of each line, in order
   };
   const Case cases[] = {
-      {{}, 3, {"qr.cfg:", "    Write", "0 errors, 1 warning, 0 notes in "}},
-      {{"--quiet"}, 3, {"qr.cfg:", "    Write"}},
-      {{"--severity", "warning"}, 3, {"qr.cfg:", "    Write", "0 errors, 1 warning"}},
+      {{}, 3, {"qr.cfg:", "    Correct", "0 errors, 1 warning, 0 notes in "}},
+      {{"--quiet"}, 3, {"qr.cfg:", "    Correct"}},
+      {{"--severity", "warning"}, 3, {"qr.cfg:", "    Correct", "0 errors, 1 warning"}},
       {{"--severity", "error"}, 0, {"0 errors, 1 warning"}},
       {{"--severity", "error", "--quiet"}, 0, {}},
   };
@@ -152,18 +156,19 @@ TEST(CheckTest, QuietAndSeverityChooseWhatIsShownAndTheStatus) {
 
 TEST(CheckTest, SampleHasNotesOnlyAndLoads) {
   const std::vector<Found> found = Findings({"check", "--json"}, 0);
-  ASSERT_EQ(4u, found.size());
+  ASSERT_EQ(6u, found.size());
   for (const Found& f : found) EXPECT_EQ("note", f.Severity) << f.Message;
   const ToolRun run = RunQrConfig({"check"});
   EXPECT_EQ(0, run.Status);
-  EXPECT_NE(std::string::npos, run.Out.find("0 errors, 0 warnings, 4 notes in " + SampleDir() +
+  EXPECT_NE(std::string::npos, run.Out.find("0 errors, 0 warnings, 6 notes in " + SampleDir() +
                                             " (library mode, platform "));
   EXPECT_NE(std::string::npos, run.Out.find("The library loads this installation.\n"));
 }
 
 TEST(CheckTest, ServerModeAppliesTheRegisteredActiveSources) {
-  const std::vector<Found> found =
-      Findings({"check", "--json", "--mode", "server", "--active", "Corvane=crv2."}, 0);
+  const std::vector<Found> found = Findings({"check", "--json", "--mode", "server", "--active",
+                                             "Corvane=crv2.", "--active", "Filetta=none"},
+                                            0);
   std::vector<std::string> skipped;
   for (const Found& f : found) {
     if (f.Kind == "driver-skipped" || f.Kind == "database-skipped")
@@ -172,9 +177,79 @@ TEST(CheckTest, ServerModeAppliesTheRegisteredActiveSources) {
   std::sort(skipped.begin(), skipped.end());  // setup files come in directory-listing order
   EXPECT_EQ(
       (std::vector<std::string>{"drivers/corvane/corvane.dsf:15", "drivers/corvane/corvane.dsf:32",
-                                "drivers/corvane/corvane.dsf:37", "setup/filetta.setup:3",
+                                "drivers/corvane/corvane.dsf:37", "drivers/filetta/filetta.dsf:11",
                                 "setup/pelmora.setup:3"}),
       skipped);
+}
+
+// Each case changes one thing in a copy of the sample; check reports it at the file and line
+// where the mistake stands, with the library's own kind.
+TEST(CheckTest, EachMistakeIsFoundWhereItStands) {
+  struct Case {
+    const char* Name;
+    std::function<void(const std::string& dir)> Change;
+    const char* Kind;
+    const char* Place;  // file:line inside the copy
+  };
+  const auto edit = [](const std::string& file, const std::string& from, const std::string& to) {
+    std::ifstream in(file);
+    std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    text.replace(text.find(from), from.size(), to);
+    std::ofstream(file, std::ios::trunc) << text;
+  };
+  const Case cases[] = {
+      {"lower-case Active=\"no\"",
+       [&](const std::string& d) {
+         edit(d + "/drivers/corvane/corvane.dsf", "\"crv21\" Active=\"Yes\"",
+              "\"crv21\" Active=\"no\"");
+       },
+       "case-variant", "drivers/corvane/corvane.dsf:21"},
+      {"misspelt active data source",
+       [&](const std::string& d) {
+         edit(d + "/qr.cfg", "<NetworkLayer Name=\"Corvane\">", "<NetworkLayer Name=\"Corvan\">");
+       },
+       "unknown-driver", "qr.cfg:38"},
+      {"deleted setup file",
+       [&](const std::string& d) { Poco::File(d + "/setup/pelmora.setup").remove(); },
+       "driver-without-setup", "driver.cfg:10"},
+      {"editor backup of a setup file",
+       [&](const std::string& d) {
+         Poco::File(d + "/setup/corvane.setup").copyTo(d + "/setup/corvane.setup~");
+       },
+       "duplicate-setup", "setup/corvane.setup~:4"},
+      {"setting given twice",
+       [&](const std::string& d) {
+         edit(d + "/qr.cfg", "    <ActiveDataSources>",
+              "    <Parameter Name=\"Pool Connections\">No</Parameter>\n    <ActiveDataSources>");
+       },
+       "duplicate-setting", "qr.cfg:37"},
+      {"invalid active pattern",
+       [&](const std::string& d) { edit(d + "/qr.cfg", "plm1[0-9]", "plm1[0-9"); },
+       "invalid-pattern", "qr.cfg:42"},
+      {"timeout beyond 32 bits",
+       [&](const std::string& d) { edit(d + "/qr.cfg", ">30<", ">99999999999<"); }, "value-type",
+       "qr.cfg:35"},
+      {"setup extension written as 1",
+       [&](const std::string& d) { edit(d + "/qr.cfg", ">setup<", ">1<"); }, "value-type",
+       "qr.cfg:30"},
+      {"deleted English texts",
+       [&](const std::string& d) { Poco::File(d + "/driveren.cfg").remove(); }, "missing-file",
+       "driveren.cfg:0"},
+  };
+  for (const Case& test : cases) {
+    SCOPED_TRACE(test.Name);
+    TempInstallation copy;
+    Poco::File(SampleDir()).copyTo(copy.Dir() + "/sample");
+    const std::string dir = copy.Dir() + "/sample";
+    test.Change(dir);
+    const ToolRun run = RunQrConfig({"check", "--json", "--config-dir", dir});
+    std::vector<std::string> places;
+    for (const Found& f : ParseFindings(run.Out)) {
+      if (f.Kind == test.Kind) places.push_back(f.File + ":" + std::to_string(f.Line));
+    }
+    EXPECT_NE(places.end(), std::find(places.begin(), places.end(), test.Place))
+        << ::testing::PrintToString(places) << run.Out;
+  }
 }
 
 }  // namespace

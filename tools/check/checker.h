@@ -1,9 +1,7 @@
-// Checker: runs every check of `qrconfig check` on one installation.
+// Checker: `qrconfig check`, a consumer of what the library reports while it loads.
 #pragma once
 
 #include <string>
-#include <utility>
-#include <vector>
 
 #include "check/findings.h"
 #include "qr_config/config/manager/initialization.h"
@@ -16,15 +14,22 @@ struct CheckResult {
   bool Loaded = false;  // the library loads the installation
 };
 
-// Reads the installation (Installation) and runs the checks in this order: XML errors,
-// vocabulary, value layout, main file, setup files, aliases, databases, localised files, and
-// last the library's own load (LoadCheck). The process must be set up the way the library
-// should load (registry, process description, registrations: ToolEnvironment) and no
-// configuration may be loaded. Throws only for a lack of memory.
+// Loads the installation once with the library, with a LoadObserver that keeps going past
+// errors and asks for the localised driver files too, and turns every diagnostic into a
+// finding: the library's severity, kind, file, line, column and message, plus the nearest
+// spelling of a misspelt name (from the names the library says it could have meant) and a
+// sentence on what to do. Nothing here reads a file or decides what one means. Last comes the
+// library's verdict: a "load-failure" finding when the start-up fails.
+//
+// The process must be set up the way the library should load (registry, process
+// description, registrations: ToolEnvironment) and no configuration may be loaded. Throws
+// only for a lack of memory.
 class Checker {
  public:
-  static CheckResult Run(const std::string& configDirectory, Initialization::Mode mode,
-                         const std::vector<std::pair<std::string, std::string>>& activeSources);
+  static CheckResult Run(const std::string& configDirectory, Initialization::Mode mode);
+
+  // What to do about a finding of `kind`, as one sentence.
+  static const char* AdviceFor(DiagnosticKind kind);
 };
 
 }  // namespace qrconfig

@@ -5,18 +5,6 @@
 
 namespace qrconfig {
 
-const char* SeverityName(Severity severity) {
-  switch (severity) {
-    case Severity::Error:
-      return "error";
-    case Severity::Warning:
-      return "warning";
-    case Severity::Note:
-      break;
-  }
-  return "note";
-}
-
 Findings::Findings(std::string configDirectory) : m_ConfigDirectory(std::move(configDirectory)) {}
 
 void Findings::Add(Severity level, const char* kind, const std::string& path, unsigned long line,
