@@ -108,8 +108,8 @@ TEST(CommandLineTest, UsageErrorsExitWithStatusTwoAndPointAtTheHelp) {
       {"bogus"},
       {"tree", "--mode", "both"},
       {"tree", "--config-dir", "/a", "--param", "Config Directory=/b"},
-      {"list", "nods"},
-      {"list", "fields"},
+      {"names", "nods"},
+      {"names", "fields"},
   };
   for (const auto& line : lines) {
     SCOPED_TRACE(::testing::PrintToString(line));
@@ -140,7 +140,7 @@ TEST(CommandLineTest, HelpOfTheProgramAndOfEachCommandFitsEightyColumns) {
   EXPECT_NE(std::string::npos, program.Out.find("man qrconfig"));
   std::vector<std::pair<std::string, std::string>> helps = {{"qrconfig", program.Out}};
   for (const char* command : {"tree", "get", "drivers", "databases", "resolve", "locale", "texts",
-                              "charset", "check", "list"}) {
+                              "charset", "check", "names", "list", "explain", "diff"}) {
     SCOPED_TRACE(command);
     EXPECT_NE(std::string::npos, program.Out.find(std::string("\n  ") + command + " "));
     const ToolRun help = RunQrConfig({command, "--help"});

@@ -4,11 +4,14 @@
 
 #include <sstream>
 
+#include <Poco/File.h>
+
 #include <Poco/JSON/Array.h>
 #include <Poco/JSON/Object.h>
 
 #include "app/tool.h"
 #include "qr_config/platform/process.h"
+#include "support/temp_installation.h"
 #include "tool_runner.h"
 
 namespace {
@@ -63,13 +66,22 @@ TEST(CommandsTest, PrintExactlyWhatTheSampleHolds) {
            "Comment:        Nativer Treiber für Corvane ab Version 19\n"},
       {{"charset", "ISO-8859-1"}, "ISO-8859-1\n"},
       {{"charset", "CRV", "CRV19", "ISO-8859-15"}, "DB_LATIN9\n"},
-      {{"list", "drivers"}, "Corvane\nPelmora\nFiletta\nRelay Bridge\n"},
-      {{"list", "databases", "PLM"}, "plm15\nplm16\n"},
-      {{"list", "fields", "/Quorin/Traces"}, "Active\nClassID\n"},
-      {{"list", "nodes", "\\Quorin\\Traces"},
+      {{"names", "drivers"}, "Corvane\nPelmora\nFiletta\nRelay Bridge\n"},
+      {{"names", "databases", "PLM"}, "plm15\nplm16\n"},
+      {{"names", "fields", "/Quorin/Traces"}, "Active\nClassID\n"},
+      {{"names", "nodes", "\\Quorin\\Traces"},
        "/Quorin/Traces\n/Quorin/Traces/Connections\n/Quorin/Traces/Statements\n"},
-      {{"list", "commands", "--config-dir", "/nonexistent"},
-       "tree\nget\ndrivers\ndatabases\nresolve\nlocale\ntexts\ncharset\ncheck\nlist\nhelp\n"},
+      {{"names", "commands", "--config-dir", "/nonexistent"},
+       "tree\nget\ndrivers\ndatabases\nresolve\nlocale\ntexts\ncharset\ncheck\nlist\nexplain\n"
+       "diff\nnames\nhelp\n"},
+      {{"explain", "/Quorin/DBDrivers", "Connection Timeout"},
+       "/Quorin/DBDrivers\n  Connection Timeout = 60   " + SampleDir() +
+           "/qr.cfg:49 (Library section), replaces 30 from " + SampleDir() +
+           "/qr.cfg:35 (Settings)\n"},
+      {{"explain", "/Quorin/DBDrivers/Corvane/crv21", "Port"},
+       "/Quorin/DBDrivers/Corvane/crv21\n  Port = 1522   " + SampleDir() +
+           "/drivers/corvane/corvane.dsf:23 (DataBase), replaces 1521 from " + SampleDir() +
+           "/drivers/corvane/corvane.dsf:8 (Defaults)\n"},
   };
   for (const ExactOutput& expected : cases) {
     SCOPED_TRACE(::testing::PrintToString(expected.Arguments));
@@ -78,6 +90,27 @@ TEST(CommandsTest, PrintExactlyWhatTheSampleHolds) {
     EXPECT_EQ(expected.Out, run.Out);
     EXPECT_EQ("", run.Err);
   }
+}
+
+// list prints every field on one tab-separated line, with its origin on request; diff pairs
+// the fields of two installations, whatever directory each lives in.
+TEST(CommandsTest, ListAndDiffCompareEffectiveConfigurations) {
+  const ToolRun list = RunQrConfig({"list", "--show-origin"});
+  ASSERT_EQ(0, list.Status) << list.Err;
+  EXPECT_NE(std::string::npos,
+            list.Out.find("\n\\Quorin\\DBDrivers\tConnection Timeout\tLong\t60\t" + SampleDir() +
+                          "/qr.cfg:49\n"));
+  EXPECT_NE(std::string::npos, list.Out.find("\tStatus\tLong\t0\t(start-up fall-back)\n"));
+  TempInstallation copy;
+  Poco::File(SampleDir()).copyTo(copy.Dir() + "/copy");
+  const std::string other = copy.Dir() + "/copy";
+  EXPECT_EQ(0, RunQrConfig({"diff", SampleDir(), other}).Status);
+  copy.Write("copy/drivers/filetta/filetta.dsf", "<DataAccess/>\n");
+  const ToolRun diff = RunQrConfig({"diff", SampleDir(), other});
+  EXPECT_EQ(1, diff.Status);
+  EXPECT_EQ(0u, diff.Out.find("--- " + SampleDir() + "\n+++ " + other + "\n-\\Quorin\\"));
+  EXPECT_EQ(std::string::npos, diff.Out.find("\n+\\")) << diff.Out;  // only removals
+  EXPECT_EQ(2, RunQrConfig({"diff", SampleDir(), "/nonexistent"}).Status);
 }
 
 TEST(CommandsTest, WholeTreeStartsAtTheRootAndIndentsEveryLevel) {
@@ -132,7 +165,7 @@ TEST(CommandsTest, FailuresExitWithOneAndSayWhatToDo) {
        "'qrconfig drivers'"},
       {{"tree", ""}, "QRError 4: the node path has no levels.", "at least one level"},
       {{"databases", "DORVIK"}, "QRError 22: no driver named \"DORVIK\".", "'qrconfig drivers'"},
-      {{"list", "databases", "DORVIK"},
+      {{"names", "databases", "DORVIK"},
        "QRError 22: no driver named \"DORVIK\".",
        "'qrconfig drivers'"},
       {{"resolve", "CRV", "crv99"},

@@ -10,9 +10,10 @@
 #include "cli/help_text.h"
 #include "commands/check_command.h"
 #include "commands/driver_commands.h"
-#include "commands/list_command.h"
 #include "commands/locale_commands.h"
 #include "commands/lookup.h"
+#include "commands/names_command.h"
+#include "commands/origin_commands.h"
 #include "commands/tree_commands.h"
 #include "qr_config/config/manager/config_startup.h"
 #include "qr_config/config/version.h"
@@ -27,7 +28,7 @@ QueryCommand QueryCommandNamed(const std::string& name) {
   static const std::pair<const char*, QueryCommand> kCommands[] = {
       {"tree", &RunTree},           {"get", &RunGet},         {"drivers", &RunDrivers},
       {"databases", &RunDatabases}, {"resolve", &RunResolve}, {"locale", &RunLocale},
-      {"texts", &RunTexts},         {"charset", &RunCharset}, {"list", &RunList},
+      {"texts", &RunTexts},         {"charset", &RunCharset}, {"names", &RunNames},
   };
   for (const auto& [commandName, command] : kCommands) {
     if (name == commandName) return command;
@@ -40,14 +41,16 @@ struct Stop {
   Failure Reason;
 };
 
-// Loads the configuration and runs a query command on it.
-int RunQuery(const Invocation& invocation, const ConfigDirectoryChoice& directory,
-             std::ostream& out) {
+// Loads the configuration (reporting to `observer` when not null) and runs `command` on it.
+template <typename Command>
+int RunLoaded(const Invocation& invocation, const ConfigDirectoryChoice& directory,
+              LoadObserver* observer, Command&& command) {
   std::unique_ptr<ConfigSession> session;
   const std::string context =
       "the configuration in " + directory.Path + " (from " + directory.Source + ") does not load: ";
   try {
-    session = std::make_unique<ConfigSession>(invocation.Mode);
+    session = observer != nullptr ? std::make_unique<ConfigSession>(invocation.Mode, *observer)
+                                  : std::make_unique<ConfigSession>(invocation.Mode);
   } catch (const QRError& error) {
     throw Stop{Failure::Of(error, "load", context)};
   } catch (const std::bad_alloc&) {
@@ -56,12 +59,61 @@ int RunQuery(const Invocation& invocation, const ConfigDirectoryChoice& director
     throw Stop{Failure::Of(error, "load", context)};
   }
   try {
-    return QueryCommandNamed(invocation.Command)(invocation, ConfigManager::Instance(), out);
+    return command(ConfigManager::Instance());
   } catch (const LookupError& error) {
     throw Stop{Failure::Of(error.Error(), "lookup", "", error.Suggestion())};
   } catch (const QRError& error) {
     throw Stop{Failure::Of(error, "lookup", "")};
   }
+}
+
+// The commands that need the loaded configuration.
+int RunQuery(const Invocation& invocation, const ConfigDirectoryChoice& directory,
+             std::ostream& out) {
+  if (invocation.Command == "list" || invocation.Command == "explain") {
+    EffectiveFields fields(invocation.Command == "explain"
+                               ? ReportedPath(invocation.Arguments.front())
+                               : std::string());
+    return RunLoaded(invocation, directory, &fields, [&](ConfigManager& config) {
+      return invocation.Command == "list" ? RunList(invocation, fields, out)
+                                          : RunExplain(invocation, config, fields, out);
+    });
+  }
+  return RunLoaded(invocation, directory, nullptr, [&](ConfigManager& config) {
+    return QueryCommandNamed(invocation.Command)(invocation, config, out);
+  });
+}
+
+// diff DIR1 DIR2: each directory loaded in turn, as --config-dir would name it. A directory
+// that holds no configuration or does not load ends the run with status 2, as for diff.
+int RunDiffCommand(const Invocation& invocation, std::ostream& out) {
+  std::vector<ComparableLine> sides[2];
+  for (int side = 0; side < 2; ++side) {
+    Invocation one = invocation;
+    one.ConfigDirectory = invocation.Arguments[side];
+    const ConfigDirectoryChoice directory{one.ConfigDirectory, "the diff command line"};
+    const std::string problem = ConfigDirectoryLocator::Problem(directory);
+    Failure failure;
+    if (!problem.empty()) {
+      failure.Kind = "directory";
+      failure.Message = problem;
+      failure.File = directory.Path;
+      failure.Status = kExitUsage;
+      throw Stop{failure};
+    }
+    ToolEnvironment environment(one, directory.Path);
+    EffectiveFields fields;
+    try {
+      RunLoaded(one, directory, &fields, [&](ConfigManager&) {
+        sides[side] = ComparableLines(fields.Fields(), directory.Path);
+        return 0;
+      });
+    } catch (Stop& stop) {
+      stop.Reason.Status = kExitUsage;
+      throw;
+    }
+  }
+  return WriteDiff(invocation, sides[0], sides[1], out);
 }
 
 int Run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {
@@ -78,9 +130,10 @@ int Run(const std::vector<std::string>& arguments, std::ostream& out, std::ostre
     out << "qrconfig " << qr_config::Version() << '\n';
     return kExitSuccess;
   }
-  if (invocation.Command == "list") {
-    CheckListArguments(invocation);
-    if (ListNeedsNoConfiguration(invocation)) return RunStaticList(invocation, out);
+  if (invocation.Command == "diff") return RunDiffCommand(invocation, out);
+  if (invocation.Command == "names") {
+    CheckNamesArguments(invocation);
+    if (NamesNeedNoConfiguration(invocation)) return RunStaticNames(invocation, out);
   }
   const ConfigDirectoryChoice directory = ConfigDirectoryLocator::Locate(invocation);
   const std::string problem = ConfigDirectoryLocator::Problem(directory);

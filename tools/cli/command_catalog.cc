@@ -60,14 +60,15 @@ const std::vector<CommandSpec>& Commands() {
        "character-set table of DATABASE (a name or alias) of DRIVER (a name or alias).\n"
        "The text is printed alone, for scripts."},
       {"check", "", Counts({0}), "what an administrator needs to fix in the installation",
-       "Reads every file of the installation and reports what an administrator needs to\n"
-       "fix, beyond the first error the library raises: XML errors with line and column,\n"
-       "element and attribute names that are ignored, values whose type is rejected where\n"
-       "they are read, values that do not stand on the line of their start tag, setup\n"
-       "files naming unknown or non-native drivers or missing data-access files, aliases\n"
-       "that collide and lose, settings the start-up needs, character-set lists and\n"
-       "tables, databases skipped by Active, Platform or the active data sources, and\n"
-       "finally whether the library loads the installation.\n"
+       "Loads the installation with the library, going on past each error, and reports\n"
+       "what the library reports: XML errors with line and column, element and attribute\n"
+       "names that are ignored, values whose type is rejected where they are read, values\n"
+       "taken other than written, settings given twice, setup files naming unknown or\n"
+       "non-native drivers or missing data-access files, drivers without setup file,\n"
+       "names and aliases that lose, settings the start-up needs, character-set lists\n"
+       "and tables, databases skipped by Active, Platform or the active data sources,\n"
+       "localised texts a request would miss, and finally whether the library loads the\n"
+       "installation.\n"
        "\n"
        "Each finding is one line FILE:LINE:COLUMN: SEVERITY: MESSAGE [KIND] (line and\n"
        "column where known; FILE as usable from the current directory) followed by what\n"
@@ -78,7 +79,34 @@ const std::vector<CommandSpec>& Commands() {
        "\n"
        "Exit status: 0 when no error or warning is reported, 1 when an error is (or the\n"
        "directory holds no configuration), 3 when warnings but no error are."},
-      {"list", "WHAT [NODEPATH | DRIVER]", Counts({1, 2}),
+      {"list", "", Counts({0}), "every field of the configuration, one per line",
+       "Prints every field of the loaded configuration on a line of its own, in tree\n"
+       "order, as PATH, FIELD, TYPE and VALUE separated by tabs (control characters\n"
+       "written as \\xNN), for grep and diff. --show-origin adds a fifth column: the\n"
+       "FILE:LINE that set the value, or its source in parentheses for a value from no\n"
+       "file (a registry parameter, a start-up fall-back). With --json, one array of\n"
+       "objects {\"path\", \"field\", \"type\", \"value\", \"origin\"}."},
+      {"explain", "NODEPATH [FIELD]", Counts({1, 2}),
+       "where each value of a node came from, and what it replaced",
+       "Shows each field of the node at NODEPATH (or the fields named FIELD) with its\n"
+       "value, the FILE:LINE and section that set it, and every value it replaced, newest\n"
+       "first, for example:\n"
+       "  Connection Timeout = 60   qr.cfg:49 (Library section), replaces 30 from\n"
+       "  qr.cfg:35 (Settings)\n"
+       "A database's fields go on into the defaults it copied: the main file's\n"
+       "DriverDefaults, the start-up's fall-backs, its data-access file's Defaults.\n"
+       "With --json, {\"path\", \"fields\": [{\"name\", \"type\", \"value\", \"origin\":\n"
+       "[{\"file\", \"line\", \"source\", \"value\"}]}]}."},
+      {"diff", "DIR1 DIR2", Counts({2}), "compare the configurations of two installations",
+       "Loads the installations in DIR1 and DIR2 (each as --config-dir would) and\n"
+       "compares their fields as list prints them, each field paired with the same field\n"
+       "of the other (same node path, same name, same rank among the fields of that\n"
+       "name). Where a directory's own path starts a text value it is written $DIR, so\n"
+       "two copies of one installation agree wherever they live. Prints the differences\n"
+       "as \"-\" lines (DIR1) and \"+\" lines (DIR2) after a --- and +++ header, nothing\n"
+       "when they agree. Exit status, as for diff: 0 when they agree, 1 when they\n"
+       "differ, 2 when one does not load or the command line is wrong."},
+      {"names", "WHAT [NODEPATH | DRIVER]", Counts({1, 2}),
        "names for scripts and shell completion, one per line",
        "Prints names alone, one per line, for scripts and shell completion. WHAT is one of:\n"
        "  commands         the commands of qrconfig\n"
@@ -98,31 +126,33 @@ const std::vector<CommandSpec>& Commands() {
 
 const std::vector<OptionSpec>& Options() {
   static const std::vector<OptionSpec> options = {
-      {"config-dir", nullptr, "DIR", false, false,
+      {"config-dir", nullptr, "DIR", false, nullptr,
        "The configuration directory to read. Default: the environment variable "
        "QR_CONFIG_DIR; with neither, qrconfig stops with status 2."},
-      {"mode", nullptr, "server|library", false, false,
+      {"mode", nullptr, "server|library", false, nullptr,
        "Initialise in server or library mode (default library): selects the main file's "
        "Server or Library section and the mode's rules."},
-      {"param", nullptr, "NAME=VALUE", true, false,
+      {"param", nullptr, "NAME=VALUE", true, nullptr,
        "Set the registry parameter NAME to VALUE before loading; repeatable. "
        "\"Config Directory\" is --config-dir."},
-      {"active", nullptr, "DRIVER=PATTERN", true, false,
+      {"active", nullptr, "DRIVER=PATTERN", true, nullptr,
        "Register an active data source: databases of DRIVER whose whole name matches the "
        "regular expression PATTERN; repeatable. Takes effect in server mode only."},
-      {"platform", nullptr, "NAME", false, false,
+      {"platform", nullptr, "NAME", false, nullptr,
        "Load as if running on the platform NAME (and its families, such as Linux and Unix "
        "for Linux-x86_64) instead of this machine's platform."},
-      {"json", nullptr, nullptr, false, false,
+      {"json", nullptr, nullptr, false, nullptr,
        "Print the result as JSON instead of text; failures too, as one object "
        "{\"error\": {...}} on standard output."},
-      {"quiet", nullptr, nullptr, false, true,
+      {"quiet", nullptr, nullptr, false, "check",
        "check: report only errors and warnings, without the summary; print nothing when "
        "there are none."},
-      {"severity", nullptr, "error|warning|note", false, true,
+      {"severity", nullptr, "error|warning|note", false, "check",
        "check: report only findings of this severity or above (default note)."},
-      {"help", "-h", nullptr, false, false, "Show the help of the program or of the command."},
-      {"version", nullptr, nullptr, false, false, "Show the version of the library and exit."},
+      {"show-origin", nullptr, nullptr, false, "list",
+       "list: add the place that set each value, as FILE:LINE, in a fifth column."},
+      {"help", "-h", nullptr, false, nullptr, "Show the help of the program or of the command."},
+      {"version", nullptr, nullptr, false, nullptr, "Show the version of the library and exit."},
   };
   return options;
 }

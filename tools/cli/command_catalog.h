@@ -22,7 +22,7 @@ struct OptionSpec {
   const char* Argument;  // the value's placeholder ("DIR"), or its choices ("server|library");
                          // nullptr for an option without value
   bool Repeatable;       // may be given more than once
-  bool CheckOnly;        // accepted by the check command only
+  const char* OnlyFor;   // the one command that accepts it, or nullptr for every command
   const char* Help;      // one sentence or two, unwrapped
 };
 

@@ -40,6 +40,8 @@ void Apply(const OptionSpec& option, const std::string& value, Invocation& invoc
     invocation.Json = true;
   } else if (name == "quiet") {
     invocation.Quiet = true;
+  } else if (name == "show-origin") {
+    invocation.ShowOrigin = true;
   } else if (name == "config-dir") {
     invocation.ConfigDirectory = NonEmpty(option, value, "a directory");
   } else if (name == "platform") {
@@ -111,8 +113,9 @@ void CheckCommand(Invocation& invocation, const std::vector<const OptionSpec*>& 
   }
   if (invocation.Help || invocation.Version) return;
   for (const OptionSpec* option : given) {
-    if (option->CheckOnly && invocation.Command != "check")
-      throw UsageError("option --" + std::string(option->Name) + " applies to check only");
+    if (option->OnlyFor != nullptr && invocation.Command != option->OnlyFor)
+      throw UsageError("option --" + std::string(option->Name) + " applies to " + option->OnlyFor +
+                       " only");
   }
   const std::size_t count = invocation.Arguments.size();
   if (count >= 32 || !(command->AllowedCounts & (1u << count))) {

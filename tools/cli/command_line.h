@@ -25,6 +25,7 @@ struct Invocation {
   std::string Platform;                 // --platform; empty: the running platform
   bool Quiet = false;                   // --quiet (check)
   Severity Threshold = Severity::Note;  // --severity (check): the least severity reported
+  bool ShowOrigin = false;              // --show-origin (list)
 };
 
 // A command line that qrconfig cannot run; what() is a sentence for the user without its

@@ -85,9 +85,12 @@ void WriteDescription(const std::string& text, std::ostream& out) {
   if (!run.empty()) WriteWrapped(run, 0, 0, out);
 }
 
-void WriteOptions(bool forCheck, std::ostream& out) {
+// The options of `command` (every option when null).
+void WriteOptions(const char* command, std::ostream& out) {
   for (const OptionSpec& option : Options()) {
-    if (option.CheckOnly && !forCheck) continue;
+    if (command != nullptr && option.OnlyFor != nullptr &&
+        std::strcmp(command, option.OnlyFor) != 0)
+      continue;
     std::string left = "  ";
     if (option.Short != nullptr) left += std::string(option.Short) + ", ";
     left += "--" + std::string(option.Name);
@@ -117,7 +120,7 @@ void WriteProgramHelp(std::ostream& out) {
   }
   out << "Run 'qrconfig COMMAND --help' for a command's arguments and details.\n\n";
   out << "Options, before or after the command:\n";
-  WriteOptions(true, out);
+  WriteOptions(nullptr, out);
   out << '\n' << kExitStatus << '\n' << kExamples << '\n' << kManual;
 }
 
@@ -128,7 +131,7 @@ void WriteCommandHelp(const CommandSpec& command, std::ostream& out) {
   out << "Usage: qrconfig " << command.Name << synopsis << " [OPTIONS]\n" << summary << ".\n\n";
   WriteDescription(command.Description, out);
   out << "\nOptions, before or after the command:\n";
-  WriteOptions(std::strcmp(command.Name, "check") == 0, out);
+  WriteOptions(command.Name, out);
   out << "\nRun 'qrconfig --help' for the exit statuses and examples.\n" << kManual;
 }
 

@@ -7,8 +7,7 @@
 namespace qrconfig {
 
 int RunCheck(const Invocation& invocation, const std::string& configDirectory, std::ostream& out) {
-  const CheckResult result =
-      Checker::Run(configDirectory, invocation.Mode);
+  const CheckResult result = Checker::Run(configDirectory, invocation.Mode);
   const char* mode = invocation.Mode == Initialization::Server ? "server" : "library";
   ReportOptions options;
   options.Threshold = invocation.Threshold;

@@ -105,6 +105,11 @@ void WriteFieldJson(JsonWriter& json, const Field& field) {
   json.Member("name", field.Name());
   json.Member("type", TypeName(field.ValueType()));
   json.Key("value");
+  WriteFieldValueJson(json, field);
+  json.EndObject();
+}
+
+void WriteFieldValueJson(JsonWriter& json, const Field& field) {
   switch (field.ValueType()) {
     case Field::String:
     case Field::UTF8String:
@@ -126,7 +131,6 @@ void WriteFieldJson(JsonWriter& json, const Field& field) {
       json.Null();
       break;
   }
-  json.EndObject();
 }
 
 }  // namespace qrconfig

@@ -28,5 +28,7 @@ std::string FieldLine(const Field& field);
 // The field as a JSON object {"name", "type", "value"}; the value is a string, a number, a
 // boolean, or null for None.
 void WriteFieldJson(JsonWriter& json, const Field& field);
+// The value alone, as WriteFieldJson writes it.
+void WriteFieldValueJson(JsonWriter& json, const Field& field);
 
 }  // namespace qrconfig

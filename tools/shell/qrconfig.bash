@@ -2,7 +2,7 @@
 # directories, and from the installation the command line names (--config-dir, else
 # QR_CONFIG_DIR) node paths, field names, driver names and database names.
 #
-# Every name comes from qrconfig itself ('qrconfig list ...'); this script parses no
+# Every name comes from qrconfig itself ('qrconfig names ...'); this script parses no
 # configuration file. Installed as <datadir>/bash-completion/completions/qrconfig.
 
 # Candidates of `list` that start with the word being completed, into COMPREPLY.
@@ -23,7 +23,7 @@ _qrconfig() {
   local line
   while read -r line; do
     takes[${line%% *}]=$([[ $line == *" "* ]] && echo "${line#* }")
-  done < <("$qrconfig" list options 2>/dev/null)
+  done < <("$qrconfig" names options 2>/dev/null)
 
   # The command, its arguments so far, and the options that choose the installation.
   local command= word i ended=
@@ -57,13 +57,13 @@ _qrconfig() {
     return 0
   fi
   if [[ -z $command ]]; then
-    _qrconfig_names "$cur" "$qrconfig" list commands
+    _qrconfig_names "$cur" "$qrconfig" names commands
     return 0
   fi
 
-  local list=("$qrconfig" "${passed[@]}" list)
+  local list=("$qrconfig" "${passed[@]}" names)
   case $command:${#arguments[@]} in
-    tree:0 | get:0)
+    tree:0 | get:0 | explain:0)
       # One level at a time, like directories.
       local parent=${cur%/*}
       [[ $cur == /*/* ]] || parent=
@@ -75,19 +75,24 @@ _qrconfig() {
       done
       COMPREPLY=("${children[@]}")
       ;;
-    get:1) _qrconfig_names "$cur" "${list[@]}" fields "${arguments[0]}" ;;
+    get:1 | explain:1) _qrconfig_names "$cur" "${list[@]}" fields "${arguments[0]}" ;;
+    diff:0 | diff:1)
+      compopt -o filenames 2>/dev/null
+      mapfile -t COMPREPLY < <(compgen -d -- "$cur")
+      return 0
+      ;;
     databases:0 | resolve:0 | texts:0 | charset:0)
       _qrconfig_names "$cur" "${list[@]}" drivers
       ;;
     resolve:1 | charset:1) _qrconfig_names "$cur" "${list[@]}" databases "${arguments[0]}" ;;
-    list:0) mapfile -t COMPREPLY < <(compgen -W "commands options nodes fields drivers databases" -- "$cur") ;;
-    list:1)
+    names:0) mapfile -t COMPREPLY < <(compgen -W "commands options nodes fields drivers databases" -- "$cur") ;;
+    names:1)
       case ${arguments[0]} in
         fields) _qrconfig_names "$cur" "${list[@]}" nodes ;;
         databases) _qrconfig_names "$cur" "${list[@]}" drivers ;;
       esac
       ;;
-    help:0) _qrconfig_names "$cur" "$qrconfig" list commands ;;
+    help:0) _qrconfig_names "$cur" "$qrconfig" names commands ;;
   esac
   # Names may hold blanks ("Relay Bridge"): let bash quote them.
   compopt -o filenames 2>/dev/null

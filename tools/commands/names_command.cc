@@ -1,4 +1,4 @@
-#include "commands/list_command.h"
+#include "commands/names_command.h"
 
 #include <string>
 #include <vector>
@@ -55,7 +55,7 @@ void CollectPaths(const TreeNode& node, const std::string& path, std::vector<std
 
 }  // namespace
 
-void CheckListArguments(const Invocation& invocation) {
+void CheckNamesArguments(const Invocation& invocation) {
   const std::string& what = invocation.Arguments.front();
   const std::size_t more = invocation.Arguments.size() - 1;
   std::vector<std::string> names;
@@ -63,7 +63,7 @@ void CheckListArguments(const Invocation& invocation) {
     names.emplace_back(list.What);
     if (what != list.What) continue;
     if (more < list.Least || more > list.Most) {
-      throw UsageError("list " + what + " takes " +
+      throw UsageError("names " + what + " takes " +
                        (list.Most == 0    ? std::string("no further argument")
                         : list.Least == 1 ? std::string("one further argument")
                                           : std::string("at most one further argument")) +
@@ -72,17 +72,17 @@ void CheckListArguments(const Invocation& invocation) {
     return;
   }
   const std::string suggestion = Suggestion(what, names);
-  throw UsageError("list takes commands, options, nodes, fields, drivers or databases, not \"" +
+  throw UsageError("names takes commands, options, nodes, fields, drivers or databases, not \"" +
                    what + "\"" +
                    (suggestion.empty() ? "" : " (did you mean \"" + suggestion + "\"?)"));
 }
 
-bool ListNeedsNoConfiguration(const Invocation& invocation) {
+bool NamesNeedNoConfiguration(const Invocation& invocation) {
   const std::string& what = invocation.Arguments.front();
   return what == "commands" || what == "options";
 }
 
-int RunStaticList(const Invocation& invocation, std::ostream& out) {
+int RunStaticNames(const Invocation& invocation, std::ostream& out) {
   std::vector<std::string> names;
   if (invocation.Arguments.front() == "commands") {
     for (const CommandSpec& command : Commands()) names.emplace_back(command.Name);
@@ -96,8 +96,8 @@ int RunStaticList(const Invocation& invocation, std::ostream& out) {
   return 0;
 }
 
-int RunList(const Invocation& invocation, ConfigManager& config, std::ostream& out) {
-  if (ListNeedsNoConfiguration(invocation)) return RunStaticList(invocation, out);
+int RunNames(const Invocation& invocation, ConfigManager& config, std::ostream& out) {
+  if (NamesNeedNoConfiguration(invocation)) return RunStaticNames(invocation, out);
   const std::string& what = invocation.Arguments.front();
   std::vector<std::string> names;
   if (what == "nodes") {
