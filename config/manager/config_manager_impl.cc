@@ -56,6 +56,13 @@ ConfigManagerImpl::ConfigManagerImpl(Initialization::Mode mode, LoadObserver* ob
   m_Trace = trace.get();
   try {
     KeyTableGuard keyTable;
+    if (m_Trace != nullptr) {
+      // The fields of a database that the start-up reads after the readers: their origins
+      // place its later diagnostics.
+      const ConfigKeys& keys = ConfigKeys::Instance();
+      m_Trace->SetLaterReads({keys.Directory, keys.Unicode, keys.CharSetTable, keys.Extensions,
+                              keys.DriverCapabilities, keys.ConfigurationFile});
+    }
     RunStartup();
     keyTable.Release();
   } catch (const QRError& error) {

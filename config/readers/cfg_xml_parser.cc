@@ -173,7 +173,7 @@ void CfgXmlParser::StartElementHandler(const unsigned short* name,
         const bool active = !(a->Value == kNo);
         if (traces.push_back(Field(kActiveField, active)) && m_Trace != nullptr) {
           TraceKeyword(a->Value, kNo, "Active", "the traces count as active");
-          m_Trace->SetOrigin(traces, traces.back(), NewOrigin("Traces", active ? "true" : "false"));
+          TraceValue(traces, traces.back(), "Traces", active ? "true" : "false");
         }
         m_ActiveStack.push_back(true);
       }
@@ -272,7 +272,7 @@ void CfgXmlParser::LoggerStart(const OrvXmlAttributeValue* attributes) {
   if (!native) return;
   Node& traces = m_TracesNode->value();
   if (traces.push_back(Field(kClassIDField, m_Value)) && m_Trace != nullptr)
-    m_Trace->SetOrigin(traces, traces.back(), NewOrigin("Traces", m_Value));
+    TraceValue(traces, traces.back(), "Traces", m_Value);
 }
 
 void CfgXmlParser::TraceStart(const OrvXmlAttributeValue* attributes) {
@@ -307,7 +307,7 @@ void CfgXmlParser::TraceEnd() {
     Node& node = Top().value();
     const bool active = m_ActiveStack.back();
     if (node.push_back(Field(m_Name, active)) && m_Trace != nullptr)
-      m_Trace->SetOrigin(node, node.back(), NewOrigin("Traces", active ? "true" : "false"));
+      TraceValue(node, node.back(), "Traces", active ? "true" : "false");
     m_Name.clear();
   }
   if (m_ActiveStack.size() > 1) m_ActiveStack.pop_back();
@@ -407,7 +407,7 @@ void CfgXmlParser::TraceSetting(Node& node, const Field* before, std::size_t siz
     return;
   }
   const Field& added = node.back();
-  m_Trace->SetOrigin(node, added, NewOrigin(source, m_Text));
+  TraceValue(node, added, source, m_Text);
   if (before == nullptr) return;
   const ValueOrigin* first = m_Trace->OriginOf(node, *before);
   if (source == "Settings") {
@@ -457,10 +457,8 @@ void CfgXmlParser::TraceModeParameter(const Node& drivers, const Field* field, c
         m_Name);
     return;
   }
-  m_Trace->SetOrigin(
-      drivers, *field,
-      NewOrigin(m_Mode == Initialization::Library ? "Library section" : "Server section", m_Text,
-                previous));
+  TraceValue(drivers, *field,
+             m_Mode == Initialization::Library ? "Library section" : "Server section", m_Text);
 }
 
 void CfgXmlParser::TraceKeyword(const unsigned short* value, const ucs2string& keyword,

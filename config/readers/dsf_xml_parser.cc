@@ -223,8 +223,8 @@ void DsfXmlParser::EndElementHandler(const unsigned short* name) {
       const bool added = m_Libraries.push_back(Field(kLibraryField, m_Text));
       if (m_Trace != nullptr) {
         TraceLayout(m_Text, "<Library>");
-        if (added)
-          m_Trace->SetOrigin(m_Libraries, m_Libraries.back(), NewOrigin("Libraries", m_Text));
+        if (added && m_Trace->WantsValues())
+          TraceValue(m_Libraries, m_Libraries.back(), "Libraries", m_Text);
       }
     } else {
       if (m_Trace != nullptr) TraceLayout(m_Text, "<Library>");
@@ -430,28 +430,23 @@ bool DsfXmlParser::PlatformCheck(const OrvXmlAttributeValue* attributes) {
 
 void DsfXmlParser::SetLibrary(const std::string& value, std::string_view source) {
   Field* field = FirstField(*m_CurrentNode, kLibraryField);
-  const ValueOrigin* before = nullptr;
-  if (m_Trace != nullptr && field != nullptr) {
-    before = m_Trace->OriginOf(*m_CurrentNode, *field);
-    if (field->ValueType() != Field::String) SetMismatchCause(*field, kLibraryField, value);
-  }
+  if (m_Trace != nullptr && field != nullptr && field->ValueType() != Field::String)
+    SetMismatchCause(*field, kLibraryField, value);
   if (field != nullptr) {
     field->Update(value);
   } else {
     m_CurrentNode->push_back(Field(kLibraryField, value));
   }
-  if (m_Trace != nullptr) TraceSet(field, before, source, value);
+  if (m_Trace != nullptr) TraceSet(field, source, value);
 }
 
 void DsfXmlParser::SetParameter() {
   Field* field = FirstField(*m_CurrentNode, m_ParameterName);
-  const ValueOrigin* before = nullptr;
   if (m_Trace != nullptr) {
     const std::string what = "<Parameter Name=" + Quoted(m_ParameterName) + ">";
     TraceLayout(m_Text, what);
     TraceClassification(m_Text, what);
     if (field != nullptr) {
-      before = m_Trace->OriginOf(*m_CurrentNode, *field);
       const Value value = Classify(m_Text);
       const Field::ValueTag given = value.Type == Value::Bool   ? Field::Bool
                                     : value.Type == Value::Long ? Field::Long
@@ -465,7 +460,7 @@ void DsfXmlParser::SetParameter() {
     m_CurrentNode->push_back(MakeField(m_ParameterName, m_Text));
   }
   if (m_Trace != nullptr)
-    TraceSet(field, before, m_CurrentNode == &m_Defaults ? "Defaults" : "DataBase", m_Text);
+    TraceSet(field, m_CurrentNode == &m_Defaults ? "Defaults" : "DataBase", m_Text);
 }
 
 // --- Diagnostics.
@@ -534,12 +529,15 @@ void DsfXmlParser::SetMismatchCause(const Field& field, const std::string& name,
                     name);
 }
 
-void DsfXmlParser::TraceSet(Field* updated, const ValueOrigin* before, std::string_view source,
-                            const std::string& text) {
+void DsfXmlParser::TraceSet(Field* updated, std::string_view source, const std::string& text) {
   m_Trace->ClearCause();
   const Field& field = updated != nullptr ? *updated : m_CurrentNode->back();
-  m_Trace->SetOrigin(*m_CurrentNode, field, NewOrigin(source, text, before));
-  if (m_CurrentNode == &m_Defaults) m_Template = nullptr;
+  if (m_CurrentNode == &m_Defaults) {
+    m_Template = nullptr;
+  } else if (!m_Trace->Tracks(field.Name())) {
+    return;
+  }
+  TraceValue(*m_CurrentNode, field, source, text);
 }
 
 std::string DsfXmlParser::Where() const {

@@ -114,8 +114,7 @@ class DsfXmlParser : public ReaderFrame {
   void TraceOutOfPlace(const char* element);
   void TraceSkipped(const char* reason, bool warning);
   void SetMismatchCause(const Field& field, const std::string& name, const std::string& text);
-  void TraceSet(Field* updated, const ValueOrigin* before, std::string_view source,
-                const std::string& text);
+  void TraceSet(Field* updated, std::string_view source, const std::string& text);
   std::string Where() const;
 
   std::deque<std::int32_t> m_States;  // back() is the top; the bottom Skip is never popped

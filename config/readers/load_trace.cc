@@ -48,18 +48,50 @@ void LoadTrace::Report(DiagnosticSeverity severity, DiagnosticKind kind, SourceL
   m_Observer.OnDiagnostic(diagnostic);
 }
 
+void LoadTrace::SetLaterReads(std::vector<std::string> names) {
+  m_LaterReads.clear();
+  for (std::string& name : names) m_LaterReads.insert(std::move(name));
+}
+
+bool LoadTrace::Tracks(const std::string& name) const {
+  return m_Values || m_LaterReads.count(name) > 0;
+}
+
 const ValueOrigin* LoadTrace::NewOrigin(SourceLocation where, std::string_view source,
                                         std::string_view text, const ValueOrigin* replaced) {
   OriginRecord& record = m_Origins.emplace_back();
-  record.Text.assign(text.data(), text.size());
-  record.View.Where = where;
-  record.View.Source = source;
-  record.View.Text = record.Text;
-  record.View.Replaced = replaced;
-  return &record.View;
+  record.Storage.assign(text.data(), text.size());
+  record.Where = where;
+  record.Source = source;
+  record.Text = record.Storage;
+  record.Replaced = m_Values ? replaced : nullptr;
+  return &record;
+}
+
+void LoadTrace::SetValue(const Node& node, const Field& field, SourceLocation where,
+                         std::string_view source, std::string_view text) {
+  const ValueOrigin* previous = OriginOf(node, field);
+  if (!m_Values && previous != nullptr) {
+    auto explicitOrigin = m_FieldOrigins.find(&field);
+    OriginRecord* record = Record(previous);
+    if (explicitOrigin != m_FieldOrigins.end() && explicitOrigin->second.Origin == previous &&
+        !record->Shared) {
+      record->Storage.assign(text.data(), text.size());
+      record->Where = where;
+      record->Source = source;
+      record->Text = record->Storage;
+      return;
+    }
+  }
+  SetOrigin(node, field, NewOrigin(where, source, text, previous));
 }
 
 void LoadTrace::SetOrigin(const Node& node, const Field& field, const ValueOrigin* origin) {
+  if (origin != nullptr) {
+    OriginRecord* record = Record(origin);
+    if (record->Given) record->Shared = true;
+    record->Given = true;
+  }
   m_FieldOrigins[&field] = FieldRecord{&node, origin};
 }
 
@@ -91,6 +123,9 @@ void LoadTrace::SetTemplate(const Node& node, const Template* fields) {
 }
 
 const LoadTrace::Template* LoadTrace::KeepTemplate(Template fields) {
+  for (const ValueOrigin* origin : fields) {
+    if (origin != nullptr) Record(origin)->Shared = true;
+  }
   return &m_Templates.emplace_back(std::move(fields));
 }
 

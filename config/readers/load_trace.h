@@ -6,7 +6,11 @@
 //  - forwards files and diagnostics to the observer, with stable storage for the paths;
 //  - remembers where each field value came from (ValueOrigin chains), cheaply: a field set by
 //    an element gets an origin of its own; the fields every database copies from the
-//    defaults share the defaults' origins through one template per defaults state;
+//    defaults share the defaults' origins through one template per defaults state. When the
+//    observer does not ask for values, no chain is kept (an origin that only one field uses
+//    is updated in place) and a database's own parameters are recorded only for the fields
+//    the start-up reads after the readers (SetLaterReads), so memory stays bounded by the
+//    configuration, not by the files' length;
 //  - remembers where each node was declared, for diagnostics about a node as a whole;
 //  - holds the cause of the error being raised, so that the code that catches it (and knows
 //    what the error leads to) can report cause and consequence as one diagnostic.
@@ -40,6 +44,7 @@ class LoadTrace {
   LoadTrace& operator=(const LoadTrace&) = delete;
 
   bool KeepGoing() const { return m_KeepGoing; }
+  bool WantsValues() const { return m_Values; }
   bool WantsOnDemandFiles() const { return m_OnDemandFiles; }
 
   // A copy of `text` that lives as long as the trace (paths, section names).
@@ -54,11 +59,22 @@ class LoadTrace {
               const std::vector<std::string>* candidates = nullptr);
 
   // --- Origins of values.
-  // A new origin; `where.File` must be kept (Keep) or static.
+  // The names of the fields the start-up reads after the readers have run; a database's own
+  // value of another name needs no origin unless the observer wants values.
+  void SetLaterReads(std::vector<std::string> names);
+  bool Tracks(const std::string& name) const;
+  // Records that `field`, a field of `node`, was just set to `text` at `where` (kept or static
+  // file text) by `source`: with values wanted, a new origin that replaces the field's
+  // previous one; without, the field's own origin updated in place when no other field or
+  // template shares it.
+  void SetValue(const Node& node, const Field& field, SourceLocation where, std::string_view source,
+                std::string_view text);
+  // A new origin, not yet given to any field (for templates); `where.File` must be kept
+  // (Keep) or static. `replaced` is kept only when the observer wants values.
   const ValueOrigin* NewOrigin(SourceLocation where, std::string_view source, std::string_view text,
                                const ValueOrigin* replaced = nullptr);
-  // Records that `field`, a field of `node` (of the tree or of a reader), holds the value
-  // that `origin` set.
+  // Records that `field`, a field of `node`, holds the value that `origin` set (an origin
+  // shared with another field, or null).
   void SetOrigin(const Node& node, const Field& field, const ValueOrigin* origin);
   // The origin of `field`, a field of `node`; null when unknown.
   const ValueOrigin* OriginOf(const Node& node, const Field& field) const;
@@ -120,10 +136,15 @@ class LoadTrace {
   void ReportValues(const tree_node<Node>& root);
 
  private:
-  struct OriginRecord {
-    ValueOrigin View;
-    std::string Text;
+  // Every ValueOrigin handed out is one of these.
+  struct OriginRecord : ValueOrigin {
+    std::string Storage;  // what Text views
+    bool Given = false;   // some field holds it
+    bool Shared = false;  // more than one field, or a template, holds it
   };
+  static OriginRecord* Record(const ValueOrigin* origin) {
+    return static_cast<OriginRecord*>(const_cast<ValueOrigin*>(origin));
+  }
   struct NodeRecord {
     SourceLocation Where;
     const Template* Fields = nullptr;
@@ -136,6 +157,7 @@ class LoadTrace {
   bool m_Values;
   bool m_OnDemandFiles;
   std::unordered_set<std::string> m_Texts;
+  std::unordered_set<std::string> m_LaterReads;
   std::deque<OriginRecord> m_Origins;
   std::deque<Template> m_Templates;
   struct FieldRecord {

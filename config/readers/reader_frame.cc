@@ -296,7 +296,7 @@ void ReaderFrame::TraceClassification(const std::string& text, const std::string
   }
 }
 
-const ValueOrigin* ReaderFrame::NewOrigin(std::string_view source, std::string_view text,
-                                          const ValueOrigin* replaced) {
-  return m_Trace->NewOrigin(ElementStart(), source, text, replaced);
+void ReaderFrame::TraceValue(const Node& node, const Field& field, std::string_view source,
+                             std::string_view text) {
+  m_Trace->SetValue(node, field, ElementStart(), source, text);
 }

@@ -162,9 +162,10 @@ class ReaderFrame : public XMLParser {
   // Reports when `text` of a value is classified as text though it looks like a number or a
   // yes/no word (blanks around it, or digits beyond 32 bits). Uses the reader's matchers.
   void TraceClassification(const std::string& text, const std::string& what);
-  // A new origin at the innermost open element's start tag.
-  const ValueOrigin* NewOrigin(std::string_view source, std::string_view text,
-                               const ValueOrigin* replaced = nullptr);
+  // Records that `field` of `node` was just set to `text` by the innermost open element
+  // (LoadTrace::SetValue).
+  void TraceValue(const Node& node, const Field& field, std::string_view source,
+                  std::string_view text);
 
   LoadTrace* m_Trace = nullptr;
 
