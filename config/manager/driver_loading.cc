@@ -3,6 +3,10 @@
 #include <Poco/File.h>
 #include <Poco/Path.h>
 
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+
 #include "qr_config/config/manager/config_keys.h"
 #include "qr_config/config/manager/config_manager_impl.h"
 #include "qr_config/config/readers/dsf_xml_parser.h"
@@ -25,6 +29,16 @@ std::vector<std::string> SplitAtCommas(const std::string& text) {
     pieces.push_back(text.substr(start, comma - start));
     start = comma + 1;
   }
+}
+
+// The first child of `parent` of each name, keyed by a view of the child's name.
+std::unordered_map<std::string_view, tree_node<ConfigManager::Node>*> FirstChildren(
+    tree_node<ConfigManager::Node>& parent) {
+  std::unordered_map<std::string_view, tree_node<ConfigManager::Node>*> children;
+  children.reserve(parent.ch_size());
+  for (auto child = parent.ch_begin(); child != parent.ch_end(); ++child)
+    children.emplace((*child).value().Name(), &*child);
+  return children;
 }
 
 // Reads the text value of `name` on `node`; false when the field is missing or not a text.
@@ -95,31 +109,45 @@ void ConfigManagerImpl::LoadDrivers(const std::vector<std::string>& setupFiles,
     dbDriversNode.Find(keys.IgnoreDriverLoadFailure).Value(ignoreFailures);
   const bool filterActive = activeDataSources.ch_size() > 0;
 
+  // Look-up tables of this call, so that loading is linear in the number of drivers: the
+  // native driver names, and the first child of each name of DBDrivers and of the
+  // ActiveDataSources node. They hold views of names that outlive the call.
+  std::unordered_set<std::string_view> native;
+  for (const DriverEntry& entry : drivers) native.insert(entry.Name);
+  std::unordered_map<std::string_view, tree_node<Node>*> driverNodes = FirstChildren(dbDrivers);
+  std::unordered_map<std::string_view, tree_node<Node>*> activeDrivers;
+  if (filterActive && GetTree().Exists(ActiveDataSources()))
+    activeDrivers = FirstChildren(GetTree().Find(ActiveDataSources()));
+  const char separator = ActiveDataSources().separator();
+
   SetupXmlParser setup;
   for (const std::string& setupFile : setupFiles) {
     try {
       setup.Parse(Poco::Path(setupFile));
       const std::string& driver = setup.NetworkLayerName();
       if (driver.empty()) continue;
-      bool native = false;
-      for (const DriverEntry& entry : drivers) {
-        if (entry.Name == driver) {
-          native = true;
-          break;
+      if (native.count(driver) == 0) continue;
+      const tree_node<Node>* activeDriver = nullptr;
+      if (filterActive) {
+        // A name holding the separator stands for several levels of the path.
+        if (driver.find(separator) != std::string::npos) {
+          const NodePath activePath(static_cast<const char*>(ActiveDataSources()), driver);
+          if (GetTree().Exists(activePath)) activeDriver = &GetTree().Find(activePath);
+        } else {
+          const auto found = activeDrivers.find(driver);
+          if (found != activeDrivers.end()) activeDriver = found->second;
         }
+        if (activeDriver == nullptr) continue;
       }
-      if (!native) continue;
-      const NodePath activePath(static_cast<const char*>(ActiveDataSources()), driver);
-      if (filterActive && !GetTree().Exists(activePath)) continue;
 
       tree_node<Node>* driverNode = nullptr;
-      for (auto it = dbDrivers.ch_begin(); it != dbDrivers.ch_end(); ++it) {
-        if ((*it).value().Name() == driver) {
-          driverNode = &*it;
-          break;
-        }
+      const auto known = driverNodes.find(driver);
+      if (known != driverNodes.end()) {
+        driverNode = known->second;
+      } else {
+        driverNode = &*dbDrivers.ch_push_back(Node(driver));
+        driverNodes.emplace(driverNode->value().Name(), driverNode);
       }
-      if (driverNode == nullptr) driverNode = &*dbDrivers.ch_push_back(Node(driver));
 
       std::string dataExtension;
       dbDriversNode.Find(keys.ConfigFileExtension).Value(dataExtension);
@@ -132,8 +160,7 @@ void ConfigManagerImpl::LoadDrivers(const std::vector<std::string>& setupFiles,
       DsfXmlParser reader(driversDefaults, *driverNode, names, setup);
       if (filterActive) {
         std::vector<std::string> patterns;
-        const tree_node<Node>& activeDriver = GetTree().Find(activePath);
-        for (auto it = activeDriver.ch_begin(); it != activeDriver.ch_end(); ++it)
+        for (auto it = activeDriver->ch_begin(); it != activeDriver->ch_end(); ++it)
           patterns.push_back((*it).value().Name());
         reader.SetActiveDatabases(patterns);
       }
