@@ -14,6 +14,7 @@ int main(int argc, char** argv) {
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
   RegisterStartupBenchmarks();
   RegisterQueryBenchmarks();
+  RegisterScalingBenchmarks();
   benchmark::RunSpecifiedBenchmarks();
   BenchWorkspace::RemoveAll();
   BenchResults::PrintSummary(std::cout);

@@ -23,6 +23,7 @@ struct Records {
   std::map<std::pair<std::string, std::string>, Startup> Startups;
   std::map<std::tuple<std::string, std::string, int>, BenchResults::QueryFigures> Queries;
   std::map<std::string, Memory> Memories;
+  std::map<std::string, std::map<int, double>> Scaling;  // family to size to seconds
 };
 
 Records& All() {
@@ -202,10 +203,32 @@ BenchResults::QueryFigures BenchResults::QueryResult(const std::string& query,
   return found == All().Queries.end() ? QueryFigures() : found->second;
 }
 
+// Each doubling of a scaling family, smallest first.
+static void PrintScaling(const Records& records, std::ostream& out) {
+  if (records.Scaling.empty()) return;
+  out << "\nDoubling one dimension, medians (target: about 2x, at most 2.5x)\n";
+  for (const auto& [family, sizes] : records.Scaling) {
+    for (auto small = sizes.begin(), big = std::next(small);
+         small != sizes.end() && big != sizes.end(); ++small, ++big) {
+      const double ratio = big->second / small->second;
+      out << "  " << Column(family, 24)
+          << Column(std::to_string(small->first) + " -> " + std::to_string(big->first), 18)
+          << Column(Format("%.1f ms", small->second * 1e3), 12) << " -> "
+          << Column(Format("%.1f ms", big->second * 1e3), 12) << Format("%.2fx", ratio) << "  "
+          << Verdict(ratio <= 2.5) << "\n";
+    }
+  }
+}
+
+void BenchResults::RecordScaling(const std::string& family, int size, double seconds) {
+  All().Scaling[family][size] = seconds;
+}
+
 void BenchResults::PrintSummary(std::ostream& out) {
   const Records& records = All();
   out << "\n== Summary: the figures of this run against the performance targets ==\n";
   PrintStartup(records, out);
   PrintQueries(records, out);
   PrintMemory(records, out);
+  PrintScaling(records, out);
 }

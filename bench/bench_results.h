@@ -30,6 +30,9 @@ class BenchResults {
                            std::int64_t retainedHeap, std::int64_t peakHeap,
                            std::int64_t peakResident);
 
+  // The median seconds of one measurement of `family` at `size`, for the doubling table.
+  static void RecordScaling(const std::string& family, int size, double seconds);
+
   // 0 when nothing was recorded.
   static double FloorSeconds(const std::string& label);
   static double InitSeconds(const std::string& label, const std::string& mode);

@@ -8,3 +8,7 @@ void RegisterStartupBenchmarks();
 // The hot queries on the loaded M and L configurations, each from one thread and from two:
 // Query/<query>/<shape>[/threads:2] (query_benchmarks.cc).
 void RegisterQueryBenchmarks();
+
+// Costs that must grow linearly, one dimension doubled at a time: Scaling/Drivers/<N> and
+// Scaling/Token/<kind>/<MiB> (scaling_benchmarks.cc).
+void RegisterScalingBenchmarks();

@@ -17,6 +17,15 @@ set_target_properties(qr::inih PROPERTIES
   IMPORTED_LOCATION ${QR_INIH_LIBRARY}
   INTERFACE_INCLUDE_DIRECTORIES ${QR_INIH_INCLUDE_DIR})
 
+# PCRE2 (8-bit code units): the active-data-source patterns and value classification. Its
+# interpreter keeps backtracking frames on the heap and honours match and heap limits.
+find_path(QR_PCRE2_INCLUDE_DIR pcre2.h REQUIRED)
+find_library(QR_PCRE2_LIBRARY NAMES pcre2-8 REQUIRED)
+add_library(qr::pcre2 UNKNOWN IMPORTED)
+set_target_properties(qr::pcre2 PROPERTIES
+  IMPORTED_LOCATION ${QR_PCRE2_LIBRARY}
+  INTERFACE_INCLUDE_DIRECTORIES ${QR_PCRE2_INCLUDE_DIR})
+
 if(QR_BUILD_TESTS)
   find_package(GTest REQUIRED)
 endif()

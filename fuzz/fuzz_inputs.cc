@@ -4,6 +4,7 @@
 #include <Poco/File.h>
 #include <Poco/Path.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -17,6 +18,7 @@
 #include "qr_config/config/readers/dsf_xml_parser.h"
 #include "qr_config/config/readers/loc_drv_xml_parser.h"
 #include "qr_config/config/readers/setup_xml_parser.h"
+#include "qr_config/platform/regular_expression.h"
 #include "qr_config/platform/xml_parser.h"
 #include "qr_config/qr_config.h"
 
@@ -342,6 +344,34 @@ void RunParameterFile(const std::uint8_t* data, std::size_t size) {
   }
 }
 
+void RunPattern(const std::uint8_t* data, std::size_t size) {
+  if (size == 0) return;
+  const std::string text = Text(data + 1, size - 1);
+  const std::size_t cut = std::min(text.find('\0'), text.size());
+  const std::string pattern = text.substr(0, cut);
+  const std::string name = cut < text.size() ? text.substr(cut + 1) : std::string();
+  const int options = (data[0] & 1) != 0 ? RegularExpression::Matcher::kIgnoreCase : 0;
+  auto outcome = [&](RegularExpression::Matcher& matcher) -> std::int32_t {
+    try {
+      return matcher.matches() ? 1 : 0;
+    } catch (const QRError& error) {
+      Check(error.Code() == QRErrorCode::InvalidPattern && error.Argument().str() == pattern,
+            "a give-up names its pattern");
+      return error.Code();
+    }
+  };
+  try {
+    RegularExpression::Matcher matcher(pattern, options);
+    matcher.reset(name);
+    const std::int32_t first = outcome(matcher);
+    Check(outcome(matcher) == first, "the same answer twice for \"" + pattern + "\"");
+    matcher.reset(std::string());
+    outcome(matcher);
+  } catch (const QRError& error) {
+    Check(error.Code() == QRErrorCode::InvalidPattern, "a pattern fails with 283");
+  }
+}
+
 void RunValueClassification(const std::uint8_t* data, std::size_t size) {
   static XMLParser* const parser = new XMLParser();
   const std::string text = Text(data, size);
@@ -497,6 +527,7 @@ const std::vector<Target>& Targets() {
       {"sfile", &RunParameterFile},
       {"parse_parameter", &RunValueClassification},
       {"node_path", &RunNodePath},
+      {"regular_expression", &RunPattern},
       {"startup", &RunStartup},
   };
   return targets;

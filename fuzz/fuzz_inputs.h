@@ -45,6 +45,9 @@ void RunValueClassification(const std::uint8_t* data, std::size_t size);
 // A node path (text, then after a NUL byte a name appended to it), checked for consistent
 // levels and looked up in a fixed tree.
 void RunNodePath(const std::uint8_t* data, std::size_t size);
+// The pattern matcher: the first byte's bit 0 ignores letter case; the rest is a pattern,
+// then after a NUL byte a name matched against it twice (the same answer, or 283 both times).
+void RunPattern(const std::uint8_t* data, std::size_t size);
 // A whole start-up over a copy of the sample installation. The first byte selects: bit 0,
 // the file replaced by the rest of the input (0 the main file qr.cfg, 1 the data-access file
 // drivers/corvane/corvane.dsf); bit 1, the mode (0 Library, 1 Server).

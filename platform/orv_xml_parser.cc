@@ -134,6 +134,7 @@ struct OrvXmlParser::Callbacks {
   template <typename Work>
   static void Guard(void* data, Work&& work) {
     auto& self = *static_cast<OrvXmlParser*>(data);
+    self.NoteProgress();
     if (self.m_HandlerError) return;
     try {
       work(self);
@@ -181,7 +182,9 @@ struct OrvXmlParser::Callbacks {
   }
 
   // Registered so that CDATA markers neither reach DefaultHandler nor end a chunk.
-  static void XMLCALL CdataBoundary(void*) {}
+  static void XMLCALL CdataBoundary(void* data) {
+    static_cast<OrvXmlParser*>(data)->NoteProgress();
+  }
 
   static void XMLCALL Declaration(void* data, const XML_Char*, const XML_Char* encoding, int) {
     Guard(data, [&](OrvXmlParser& self) {
@@ -243,6 +246,17 @@ void OrvXmlParser::FlushText() {
   m_Text.clear();
 }
 
+void OrvXmlParser::NoteProgress() noexcept {
+  // Inside an internal entity the position is that of the reference; it is clamped to the
+  // input handed over so far all the same.
+  const XML_Index at = XML_GetCurrentByteIndex(m_Parser);
+  if (at < 0) return;
+  const int count = std::max(XML_GetCurrentByteCount(m_Parser), 0);
+  const std::uint64_t end =
+      std::min<std::uint64_t>(static_cast<std::uint64_t>(at) + static_cast<unsigned>(count), m_Fed);
+  m_Consumed = std::max(m_Consumed, end);
+}
+
 void OrvXmlParser::Fail(std::int32_t code, unsigned long line, unsigned long column,
                         std::string message) {
   m_LastError.Code = code;
@@ -262,9 +276,11 @@ void OrvXmlParser::ParseFile(const std::string& path) {
   m_Path = path;
 
   // Non-blocking only while opening, so that a pipe without a writer cannot hang the open.
+  // The type is decided on the opened descriptor, so that a file swapped between a check
+  // and the open cannot slip through: only a regular file (after symbolic links) is read.
   FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   struct stat status {};
-  if (file.Get() < 0 || ::fstat(file.Get(), &status) != 0 || ::fcntl(file.Get(), F_SETFL, 0) != 0) {
+  if (file.Get() < 0 || ::fstat(file.Get(), &status) != 0) {
     int error = errno;
     Fail(PlatformErrors::ParseCodeOfSystemError(error), 0, 0,
          PlatformErrors::SystemErrorText(error));
@@ -272,6 +288,14 @@ void OrvXmlParser::ParseFile(const std::string& path) {
   if (S_ISDIR(status.st_mode)) {
     Fail(PlatformErrors::ParseCodeOfSystemError(EISDIR), 0, 0,
          PlatformErrors::SystemErrorText(EISDIR));
+  }
+  if (!S_ISREG(status.st_mode)) {
+    Fail(PlatformErrors::ParseCodeOfSystemError(EINVAL), 0, 0, "not a regular file");
+  }
+  if (::fcntl(file.Get(), F_SETFL, 0) != 0) {
+    int error = errno;
+    Fail(PlatformErrors::ParseCodeOfSystemError(error), 0, 0,
+         PlatformErrors::SystemErrorText(error));
   }
 
   ParserHandle parser(XML_ParserCreate(nullptr));
@@ -320,12 +344,15 @@ void OrvXmlParser::ParseFile(const std::string& path) {
   };
 
   std::unique_ptr<SurrogateCheck> surrogates;  // only for UTF-16 input
+  m_Fed = 0;
+  m_Consumed = 0;
+  std::size_t blockSize = kBlockSize;
   for (bool first = true;; first = false) {
-    auto* buffer = static_cast<unsigned char*>(XML_GetBuffer(p, kBlockSize));
+    auto* buffer = static_cast<unsigned char*>(XML_GetBuffer(p, static_cast<int>(blockSize)));
     if (buffer == nullptr) {
       Fail(QRErrorCode::ParseRefused, 0, 0, XML_ErrorString(XML_GetErrorCode(p)));
     }
-    ssize_t size = ReadBlock(file.Get(), reinterpret_cast<char*>(buffer), kBlockSize);
+    ssize_t size = ReadBlock(file.Get(), reinterpret_cast<char*>(buffer), blockSize);
     if (size < 0) {
       int error = errno;
       Fail(PlatformErrors::ParseCodeOfSystemError(error), 0, 0,
@@ -341,6 +368,12 @@ void OrvXmlParser::ParseFile(const std::string& path) {
     unsigned char site[4];
     std::size_t siteSize = 0;
     if (surrogates) valid = surrogates->ValidPrefix(buffer, valid, site, siteSize);
+    if (size == 0 && surrogates && m_Fed % 2 != 0) {
+      Fail(PlatformErrors::ParseCodeOfXmlError(XML_ERROR_PARTIAL_CHAR, {}),
+           XML_GetCurrentLineNumber(p), XML_GetCurrentColumnNumber(p) + 1,
+           XML_ErrorString(XML_ERROR_PARTIAL_CHAR));
+    }
+    m_Fed += valid;
     feed(valid, size == 0);
     if (valid != static_cast<std::size_t>(size)) {
       Fail(PlatformErrors::ParseCodeOfXmlError(XML_ERROR_INVALID_TOKEN, {site, siteSize, encoding}),
@@ -348,6 +381,19 @@ void OrvXmlParser::ParseFile(const std::string& path) {
            "unpaired UTF-16 surrogate");
     }
     if (size == 0) break;
+    // Expat scans an unfinished token again from its start on every block: the next block
+    // is at least as long as the unfinished part, so the scans add up to twice the token.
+    // The input not yet consumed by an event is the token in progress; blocks end exactly at
+    // the longest token, so a token one byte longer is still unfinished there.
+    const std::uint64_t unfinished = m_Fed - m_Consumed;
+    if (unfinished >= kMaxTokenBytes) {
+      Fail(QRErrorCode::ParseRefused, XML_GetCurrentLineNumber(p),
+           XML_GetCurrentColumnNumber(p) + 1, "a token longer than 16 MiB");
+    }
+    const std::uint64_t grown = (unfinished + kBlockSize - 1) / kBlockSize * kBlockSize;
+    blockSize = static_cast<std::size_t>(
+        std::min<std::uint64_t>(std::max<std::uint64_t>(kBlockSize, grown),
+                                (kMaxTokenBytes - unfinished + 1) & ~std::uint64_t{1}));
   }
   FlushText();
 }

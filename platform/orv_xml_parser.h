@@ -5,8 +5,15 @@
 // All texts handed to the handlers are UTF-16 code units (`unsigned short`).
 //
 // Contract of ParseFile:
-//  - The file is read in blocks of kBlockSize bytes; the memory used beyond the blocks is
-//    Expat's own (bounded by the longest token) plus the text of the current line (see below).
+//  - Only a regular file is read, decided on the opened descriptor (opened without blocking,
+//    then fstat): a FIFO, socket or device, also behind a symbolic link, is refused at once
+//    with 45, so that no file can block the caller.
+//  - The file is read in blocks of kBlockSize bytes, longer while a token stays unfinished:
+//    a block is at least as long as the unfinished token, so the cost is linear in the size
+//    of the file whatever the length of a token. A token (markup that Expat reports as one
+//    event: a start tag with its attributes, a comment, a processing instruction, a
+//    declaration) longer than kMaxTokenBytes (16 MiB) is refused with 48. Memory beyond the
+//    blocks is Expat's own (bounded by the longest token) plus the text of the current line.
 //  - Accepted encodings: UTF-8 (the default), UTF-16 with a byte-order mark or starting with
 //    "<", ISO-8859-1 and US-ASCII when declared. Line ends are normalised to line feed.
 //  - Character data comes in chunks that do not depend on block sizes: every line break is a
@@ -23,13 +30,16 @@
 //    Depth is not limited: Expat is iterative and so is this class.
 //  - No allocation per event: the attribute array and the text buffer are reused members.
 //  - Failures throw QRError(3, 256, code, path) where path is the argument of ParseFile:
-//      45 the file cannot be opened or read (missing, a directory, no permission, read error);
+//      45 the file cannot be opened or read (missing, a directory, not a regular file, no
+//         permission, read error);
 //      46 the document is not well-formed (syntax, tags, entities, characters such as NUL
 //         that XML forbids, an empty file);
 //      47 an encoding problem: unknown or incorrect encoding declaration, bytes that are not a
-//         character of the document's encoding (invalid UTF-8, unpaired UTF-16 surrogate);
+//         character of the document's encoding (invalid UTF-8, unpaired UTF-16 surrogate, a
+//         partial character at the end such as one odd trailing byte of UTF-16 input);
 //      48 anything else Expat refuses (entity amplification, external entity handling, out of
-//         memory), and a ParseFile called from a handler of the same object.
+//         memory), a token longer than kMaxTokenBytes, and a ParseFile called from a handler
+//         of the same object.
 //    PlatformErrors::ParseCodeOfXmlError (platform_errors.h) holds the mapping. UTF-16 input
 //    is checked for unpaired surrogates here, since Expat pairs a high surrogate with any unit.
 //    The events before the point of failure have been delivered when the error is thrown.
@@ -72,8 +82,12 @@ class OrvXmlParser {
   // The longest chunk of text the handlers receive, in UTF-16 code units.
   static constexpr std::size_t kMaxChunkUnits = std::size_t{1} << 22;
 
-  // Size of the blocks ParseFile reads.
+  // Size of the smallest block ParseFile reads; a block is at least as long as the token
+  // that the blocks before it left unfinished.
   static constexpr int kBlockSize = 64 * 1024;
+  // The longest token, in bytes of input: a start tag with its attributes, an end tag, a
+  // comment, a processing instruction or a declaration longer than this is refused (48).
+  static constexpr std::uint64_t kMaxTokenBytes = std::uint64_t{16} << 20;
 
   OrvXmlParser();
   virtual ~OrvXmlParser();
@@ -116,6 +130,8 @@ class OrvXmlParser {
   void AppendText(const ucs2char* text, int length);
   void AppendLinePart(const ucs2char* text, const ucs2char* end);
   void FlushText();
+  // Records how far the events have consumed the input (called by every callback).
+  void NoteProgress() noexcept;
   [[noreturn]] void Fail(std::int32_t code, unsigned long line, unsigned long column,
                          std::string message);
 
@@ -124,6 +140,8 @@ class OrvXmlParser {
   std::vector<OrvXmlAttributeValue> m_Attributes;
   ucs2basic_string m_Text;         // character data since the last chunk ended
   std::string m_DeclaredEncoding;  // from the XML declaration, if any
+  std::uint64_t m_Fed = 0;         // bytes of input handed to Expat
+  std::uint64_t m_Consumed = 0;    // bytes of input up to the end of the last event
   std::string m_Path;
   XmlDiagnostic m_LastError;
 };

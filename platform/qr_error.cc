@@ -42,7 +42,8 @@ constexpr Meaning kCatalogue[] = {
     {281, "encoding problem in the data-access file", "a data-access file has an encoding problem"},
     {282, "the XML parser refused the data-access file",
      "the XML parser refused a data-access file"},
-    {283, "invalid regular expression", "invalid regular expression"},
+    {283, "regular expression refused (does not compile, or its match gave up)",
+     "a regular expression does not compile, or its match gave up"},
     {284, "cannot convert from the character set", "cannot convert the text to UTF-8"},
 };
 

@@ -41,7 +41,7 @@ inline constexpr std::int32_t DataFileEncoding = 281;       // the file's path
 inline constexpr std::int32_t DataFileRefused = 282;        // the file's path
 // Codes of the platform layer. During start-up they become StartupFailed like any other
 // code outside 264 to 267.
-inline constexpr std::int32_t InvalidPattern = 283;     // the pattern
+inline constexpr std::int32_t InvalidPattern = 283;     // the pattern (no compile, or gave up)
 inline constexpr std::int32_t CharSetConversion = 284;  // the character-set name
 }  // namespace QRErrorCode
 

@@ -1,12 +1,14 @@
 #include "qr_config/platform/sfile.h"
 
+#include <fcntl.h>
 #include <ini.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <climits>
-#include <cstdio>
+#include <cstdint>
 #include <cstring>
 #include <exception>
 #include <memory>
@@ -34,32 +36,80 @@ using Section = SFile::Section;
                          "Cannot read parameter file \"" + fileName + "\": " + reason + ".");
 }
 
-struct FileCloser {
-  void operator()(std::FILE* file) const noexcept { std::fclose(file); }
+// The file as a stream of lines. The file is opened without blocking and its type decided on
+// the descriptor (a FIFO swapped in after a check cannot block the open or the reads), and no
+// more than SFile::kMaxFileBytes bytes are ever read, even from a file that grows meanwhile.
+class LineSource {
+ public:
+  explicit LineSource(const std::string& fileName) : m_FileName(fileName) {
+    // A name with a NUL byte cannot name a file; the C calls would see a shorter name.
+    if (fileName.find('\0') != std::string::npos) ThrowFileFailure(fileName, ENOENT);
+    m_Fd = ::open(fileName.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (m_Fd < 0) ThrowFileFailure(fileName, errno);
+    struct stat status {};
+    if (::fstat(m_Fd, &status) != 0) Fail(errno);
+    if (S_ISDIR(status.st_mode)) Fail(EISDIR);
+    if (!S_ISREG(status.st_mode)) Fail(EINVAL, "not a regular file");
+    if (static_cast<std::uint64_t>(status.st_size) > SFile::kMaxFileBytes) TooLarge();
+    if (::fcntl(m_Fd, F_SETFL, 0) != 0) Fail(errno);
+  }
+  ~LineSource() {
+    if (m_Fd >= 0) ::close(m_Fd);
+  }
+  LineSource(const LineSource&) = delete;
+  LineSource& operator=(const LineSource&) = delete;
+
+  // The next line with its line feed (none on the last line of a file that lacks one), or
+  // false at the end of the file. A line is cut after `maxBytes` bytes without a line feed;
+  // the caller sees the cut line as too long.
+  bool NextLine(std::string& line, std::size_t maxBytes) {
+    line.clear();
+    for (;;) {
+      if (m_Pos == m_End && !Refill()) return !line.empty();
+      const char* begin = m_Buffer.get() + m_Pos;
+      const auto* lineFeed = static_cast<const char*>(std::memchr(begin, '\n', m_End - m_Pos));
+      const std::size_t available =
+          (lineFeed == nullptr ? m_End : lineFeed + 1 - m_Buffer.get()) - m_Pos;
+      const std::size_t take = std::min(available, maxBytes + 1 - line.size());
+      line.append(begin, take);
+      m_Pos += take;
+      if ((lineFeed != nullptr && take == available) || line.size() > maxBytes) return true;
+    }
+  }
+
+ private:
+  static constexpr std::size_t kBufferBytes = 1 << 16;
+
+  bool Refill() {
+    ssize_t count;
+    do {
+      count = ::read(m_Fd, m_Buffer.get(), kBufferBytes);
+    } while (count < 0 && errno == EINTR);
+    if (count < 0) Fail(errno);
+    m_Pos = 0;
+    m_End = static_cast<std::size_t>(count);
+    m_Total += m_End;
+    if (m_Total > SFile::kMaxFileBytes) TooLarge();
+    return count > 0;
+  }
+
+  [[noreturn]] void Fail(int err, const std::string& detail = std::string()) {
+    ::close(m_Fd);
+    m_Fd = -1;
+    ThrowFileFailure(m_FileName, err, detail);
+  }
+  [[noreturn]] void TooLarge() {
+    Fail(EFBIG,
+         "the file is larger than the limit of " + std::to_string(SFile::kMaxFileBytes) + " bytes");
+  }
+
+  const std::string& m_FileName;
+  int m_Fd = -1;
+  std::unique_ptr<char[]> m_Buffer{new char[kBufferBytes]};
+  std::size_t m_Pos = 0;
+  std::size_t m_End = 0;
+  std::uint64_t m_Total = 0;
 };
-
-std::string ReadWholeFile(const std::string& fileName) {
-  // A name with a NUL byte cannot name a file; the C calls would see a shorter name.
-  if (fileName.find('\0') != std::string::npos) ThrowFileFailure(fileName, ENOENT);
-  // Only regular files are read: opening a FIFO could block forever.
-  struct stat status {};
-  if (::stat(fileName.c_str(), &status) != 0) ThrowFileFailure(fileName, errno);
-  if (S_ISDIR(status.st_mode)) ThrowFileFailure(fileName, EISDIR);
-  if (!S_ISREG(status.st_mode)) ThrowFileFailure(fileName, EINVAL, "not a regular file");
-
-  const std::unique_ptr<std::FILE, FileCloser> file(std::fopen(fileName.c_str(), "rb"));
-  if (!file) ThrowFileFailure(fileName, errno);
-  std::string bytes;
-  // Reserving the size read above spares the copies of a growing string, which would need
-  // up to twice the file's size at once; a file that grew since is still read whole.
-  bytes.reserve(static_cast<std::size_t>(status.st_size));
-  char buffer[1 << 14];
-  std::size_t count;
-  while ((count = std::fread(buffer, 1, sizeof buffer, file.get())) > 0)
-    bytes.append(buffer, count);
-  if (std::ferror(file.get())) ThrowFileFailure(fileName, errno != 0 ? errno : EIO);
-  return bytes;
-}
 
 // ---------------------------------------------------------------------------------------
 // inih's options are process-wide variables. They are set for the length of one parse
@@ -133,11 +183,8 @@ bool IsBlank(char c) {
 
 class Parser {
  public:
-  Parser(const std::string& fileName, const std::string& bytes, bool classify,
-         std::map<std::string, Section>& sections)
-      : m_FileName(fileName), m_Bytes(bytes), m_Classify(classify), m_Sections(sections) {
-    if (m_Bytes.compare(0, 3, "\xEF\xBB\xBF") == 0) m_Pos = 3;
-  }
+  Parser(const std::string& fileName, bool classify, std::map<std::string, Section>& sections)
+      : m_FileName(fileName), m_Source(fileName), m_Classify(classify), m_Sections(sections) {}
 
   void Run() {
     int result;
@@ -161,7 +208,7 @@ class Parser {
   }
 
   void Fail(const char* reason) {
-    m_ErrorLine = m_Line;
+    m_ErrorLine = m_LineNumber;
     m_ErrorReason = reason;
     m_Stopped = true;
   }
@@ -171,16 +218,22 @@ class Parser {
   static char* Read(char* str, int num, void* self) noexcept {
     Parser& parser = *static_cast<Parser*>(self);
     try {
-      if (parser.m_Stopped || parser.m_Pos >= parser.m_Bytes.size() || num < 2) return nullptr;
-      if (parser.m_AtLineStart && !parser.StartLine()) return nullptr;
-      const std::size_t lineBreak = parser.m_Bytes.find('\n', parser.m_Pos);
-      const std::size_t stop =
-          lineBreak == std::string::npos ? parser.m_Bytes.size() : lineBreak + 1;
-      const std::size_t count = std::min(stop - parser.m_Pos, static_cast<std::size_t>(num - 1));
-      std::memcpy(str, parser.m_Bytes.data() + parser.m_Pos, count);
+      if (parser.m_Stopped || num < 2) return nullptr;
+      if (parser.m_Pos == parser.m_Line.size()) {
+        // Room for a byte-order mark, the longest line, its line break and one byte more: a
+        // line cut there is too long.
+        if (!parser.m_Source.NextLine(parser.m_Line, SFile::kMaxLineBytes + 4)) return nullptr;
+        parser.m_Pos = 0;
+        if (parser.m_LineNumber == 0 && parser.m_Line.compare(0, 3, "\xEF\xBB\xBF") == 0)
+          parser.m_Pos = 3;
+        if (!parser.StartLine()) return nullptr;
+        if (parser.m_Pos == parser.m_Line.size()) return Read(str, num, self);  // a bare mark
+      }
+      const std::size_t count =
+          std::min(parser.m_Line.size() - parser.m_Pos, static_cast<std::size_t>(num - 1));
+      std::memcpy(str, parser.m_Line.data() + parser.m_Pos, count);
       str[count] = '\0';
       parser.m_Pos += count;
-      parser.m_AtLineStart = parser.m_Pos == stop;
       return str;
     } catch (...) {
       parser.m_Failure = std::current_exception();
@@ -211,43 +264,43 @@ class Parser {
     }
   }
 
-  // Checks the line that starts at m_Pos and takes a section header; false on an error.
+  // Checks the line just read (from m_Pos on) and takes a section header; false on an error.
   bool StartLine() {
-    ++m_Line;
-    const std::size_t lineBreak = m_Bytes.find('\n', m_Pos);
-    const std::size_t end = lineBreak == std::string::npos ? m_Bytes.size() : lineBreak;
+    ++m_LineNumber;
+    const std::size_t end =
+        !m_Line.empty() && m_Line.back() == '\n' ? m_Line.size() - 1 : m_Line.size();
     if (end - m_Pos > SFile::kMaxLineBytes) {
       Fail("the line is longer than the limit of 1048576 bytes");
       return false;
     }
-    if (std::memchr(m_Bytes.data() + m_Pos, '\0', end - m_Pos) != nullptr) {
+    if (std::memchr(m_Line.data() + m_Pos, '\0', end - m_Pos) != nullptr) {
       Fail("the line holds a NUL byte");
       return false;
     }
     std::size_t first = m_Pos;
-    while (first < end && IsBlank(m_Bytes[first])) ++first;
-    if (first == end || m_Bytes[first] != '[') return true;  // blank, comment or parameter
+    while (first < end && IsBlank(m_Line[first])) ++first;
+    if (first == end || m_Line[first] != '[') return true;  // blank, comment or parameter
 
-    const std::size_t close = m_Bytes.find(']', first);
+    const std::size_t close = m_Line.find(']', first);
     if (close == std::string::npos || close >= end) {
       Fail("a section header needs a closing ']'");
       return false;
     }
     for (std::size_t i = close + 1; i < end; ++i) {
-      if (!IsBlank(m_Bytes[i])) {
+      if (!IsBlank(m_Line[i])) {
         Fail("only white space may follow the ']' of a section header");
         return false;
       }
     }
     std::size_t nameBegin = first + 1;
     std::size_t nameEnd = close;
-    while (nameBegin < nameEnd && IsBlank(m_Bytes[nameBegin])) ++nameBegin;
-    while (nameEnd > nameBegin && IsBlank(m_Bytes[nameEnd - 1])) --nameEnd;
+    while (nameBegin < nameEnd && IsBlank(m_Line[nameBegin])) ++nameBegin;
+    while (nameEnd > nameBegin && IsBlank(m_Line[nameEnd - 1])) --nameEnd;
     if (nameBegin == nameEnd) {
       Fail("a section header needs a name");
       return false;
     }
-    m_CurrentName.assign(m_Bytes, nameBegin, nameEnd - nameBegin);
+    m_CurrentName.assign(m_Line, nameBegin, nameEnd - nameBegin);
     m_Current = &m_Sections[m_CurrentName];
     return true;
   }
@@ -268,13 +321,13 @@ class Parser {
   }
 
   const std::string& m_FileName;
-  const std::string& m_Bytes;
+  LineSource m_Source;
   const bool m_Classify;
   std::map<std::string, Section>& m_Sections;
 
-  std::size_t m_Pos = 0;
-  int m_Line = 0;
-  bool m_AtLineStart = true;
+  std::string m_Line;     // the current line, with its line feed
+  std::size_t m_Pos = 0;  // how much of it inih has been given
+  int m_LineNumber = 0;
   Section* m_Current = nullptr;  // the section of the last header; null before the first
   std::string m_CurrentName;
   // Per section and name, the next number to try for a repeated name's key.
@@ -378,8 +431,7 @@ void SFile::Parameter::Value(bool& out) const {
 
 SFile::SFile(const std::string& fileName, int mode) : m_FileName(fileName) {
   if ((mode & kRead) == 0) return;
-  const std::string bytes = ReadWholeFile(fileName);
-  Parser(m_FileName, bytes, (mode & kClassify) != 0, m_Sections).Run();
+  Parser(m_FileName, (mode & kClassify) != 0, m_Sections).Run();
 }
 
 const SFile::Section* SFile::FindSection(const std::string& name) const {

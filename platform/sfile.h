@@ -1,6 +1,7 @@
 // SFile: reader of sectioned parameter files (character-set lists and tables).
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <stdexcept>
 #include <string>
@@ -32,6 +33,12 @@
 //    name, the k-th (k = 2, 3, ...) by "<name>#<k>" (the number grows further if a parameter
 //    literally named so already holds that key). Parameter::Name() is always the plain name.
 //
+// The file is read as a stream of lines, never whole: memory holds the sections and one
+// line. Only a regular file (after symbolic links) is read, decided on the opened descriptor
+// (opened without blocking, then fstat), so a FIFO or device can never block the reader, and a
+// file larger than kMaxFileBytes is refused (Exception kind 2) before its first byte is read,
+// or as soon as more bytes arrive from a file that grows meanwhile.
+//
 // The file is parsed with inih, whose options are process-wide variables: each parse sets
 // them under a process-wide mutex and restores them afterwards, so parses are serialised and
 // another user of inih finds its own settings again (one parsing on another thread at the
@@ -44,11 +51,15 @@ class QR_API SFile {
   static constexpr int kClassify = 2;  // classify values; without it every value is kind 1
   // The longest line accepted, without its line break.
   static constexpr std::size_t kMaxLineBytes = 1 << 20;
+  // The largest file accepted (4 MiB): far above any character-set list, and small enough
+  // that the sections read from it stay within a few hundred megabytes of memory.
+  static constexpr std::uint64_t kMaxFileBytes = std::uint64_t{4} << 20;
 
   // A failure of SFile. Kind() tells which:
   //   0 malformed file (Line() gives the line, counted from 1),
   //   1 missing file (no such file or directory on the way),
-  //   2 unreadable file (a directory or other non-regular file, no permission, read error),
+  //   2 unreadable file (a directory or other non-regular file, no permission, read error,
+  //     a file larger than kMaxFileBytes),
   //   3 a parameter read as a kind it does not have (FileName() empty, Line() 0).
   // what() is a full sentence naming the file and, for kind 0, the line.
   class QR_API Exception : public std::runtime_error {
@@ -108,7 +119,7 @@ class QR_API SFile {
   using Section = std::map<std::string, Parameter>;
 
   // Reads and parses `fileName` as `mode` says. Throws Exception kinds 0, 1 and 2;
-  // std::bad_alloc when memory runs out.
+  // std::bad_alloc when memory runs out. Costs time linear in the file's size.
   SFile(const std::string& fileName, int mode);
 
   const std::string& FileName() const noexcept { return m_FileName; }

@@ -2,6 +2,9 @@
 #include <Poco/File.h>
 #include <Poco/Path.h>
 
+#include <string_view>
+#include <unordered_map>
+
 #include "qr_config/config/manager/config_keys.h"
 #include "qr_config/config/manager/config_manager_impl.h"
 #include "qr_config/config/readers/loc_drv_xml_parser.h"
@@ -56,6 +59,11 @@ std::string& ConfigManagerImpl::LocalizeFileName(const Quorin::LocaleDescriptor&
 
 tree_node<ConfigManager::Node>& ConfigManagerImpl::GetLocalizedDriver(
     const std::string& driver, const Quorin::LocaleDescriptor& locale) {
+  // A name holding the separator would make the unlocked look-up below descend into the
+  // locale children, which a load on another thread may be appending: no driver of the
+  // Localization node can be reached by such a name, so it is unknown at once.
+  if (driver.find(m_Localization.separator()) != std::string::npos)
+    ThrowQRError(QRErrorCode::UnknownDriver, driver);
   try {
     if (FindLocalized(driver, nullptr) == nullptr) ThrowQRError(QRErrorCode::UnknownDriver, driver);
   } catch (...) {
@@ -75,18 +83,43 @@ tree_node<ConfigManager::Node>& ConfigManagerImpl::GetLocalizedDriver(
   std::string fileName = JoinNative(ConfigDirectory(), keys.LocalizedDriverFile);
   LocalizeFileName(locale, keys.LocalizedDriverExtension, fileName);
   if (!Poco::File(fileName).exists()) {
+    // The missing file is reported with its name in UTF-8; a name that cannot be converted
+    // (no platform character set, or bytes invalid in it) keeps its bytes.
     orv_utf8string name;
-    UnicodeManager::Instance().PlatformToUTF8(
-        fileName, name, GetPlatformCharSet(Process::Instance().CharSetName()));
+    try {
+      UnicodeManager::Instance().PlatformToUTF8(
+          fileName, name, GetPlatformCharSet(Process::Instance().CharSetName()));
+    } catch (const QRError&) {
+      name = orv_utf8string(fileName);
+    }
     throw QRError(3, 256, QRErrorCode::FileCannotRead, name);
   }
 
   LocDrvXmlParser reader;
   reader.Parse(Poco::Path(fileName));
 
+  // The first driver node of each name, for a load linear in the number of records. The
+  // load appends locale nodes below the driver nodes, never beside them, so it stays valid.
+  std::unordered_map<std::string_view, tree_node<Node>*> driverNodes;
+  try {
+    tree_node<Node>& localization = m_Tree.Find(Localization());
+    driverNodes.reserve(localization.ch_size());
+    for (auto child = localization.ch_begin(); child != localization.ch_end(); ++child)
+      driverNodes.emplace((*child).value().Name(), &*child);
+  } catch (const QRError&) {
+    // No Localization node: every record is skipped, as each look-up would fail.
+  }
+  const char separator = m_Localization.separator();
+
   for (const LocalizedEntry& entry : reader.Entries()) {
     try {
-      tree_node<Node>* entryDriver = FindLocalized(entry.Key, nullptr);
+      tree_node<Node>* entryDriver = nullptr;
+      if (entry.Key.find(separator) != std::string::npos) {
+        entryDriver = FindLocalized(entry.Key, nullptr);  // several levels of a node path
+      } else {
+        const auto found = driverNodes.find(entry.Key);
+        if (found != driverNodes.end()) entryDriver = found->second;
+      }
       if (entryDriver == nullptr) continue;
       Node node(localeId);
       node.push_back(Field(keys.ExternalName, entry.ExternalName));

@@ -1,5 +1,6 @@
 // Character-set tables and the localisation services.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "support/manager_fixture.h"
 
@@ -137,6 +138,26 @@ TEST_F(LoadedTest, MissingLocalizedFileRaises264WithTheLastName) {
               manager.GetLocalizedDriver("Crv", Quorin::LocaleDescriptor("de", "AT", ""));
             }).Code(),
             265);
+}
+
+// Still 264 when the name cannot be converted to UTF-8: its bytes are kept. The directory's
+// name is not UTF-8 (a link beside the installation), then the platform list has no entry
+// for the running character set.
+TEST_F(LoadedTest, MissingLocalizedFileGives264WhenItsNameCannotBeConverted) {
+  m_Install.Remove("driveren.cfg");
+  const std::string odd = m_Install.Dir() + "\xFF";
+  ASSERT_EQ(::symlink(m_Install.Dir().c_str(), odd.c_str()), 0);
+  Registry::SetParameter("Config Directory", odd);
+  for (const char* platformList : {"[TestOS]\nUTF-8 = UTF-8\n", "[TestOS]\nL = ISO-8859-1\n"}) {
+    m_Install.Write("platform.csl", platformList);
+    ConfigManager& manager = Init();
+    QRError error = CatchQRError(
+        [&] { manager.GetLocalizedDriver("Crv", Quorin::LocaleDescriptor("en", "", "")); });
+    EXPECT_EQ(error.Code(), 264) << platformList;
+    EXPECT_EQ(error.Argument().str(), odd + "/driveren.cfg");
+    ConfigStartup::Destroy();
+  }
+  ::unlink(odd.c_str());
 }
 
 }  // namespace

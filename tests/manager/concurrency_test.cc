@@ -65,11 +65,21 @@ TEST_F(ConcurrencyTest, DifferentLocalesAndLocaleDescriptors) {
   ConfigManager& manager = Init();
   const char* languages[] = {"en", "fr", "de", "es"};
   std::vector<const Quorin::LocaleDescriptor*> descriptors(kThreads);
+  std::vector<std::int32_t> separatorCodes(kThreads);
   RunTogether([&](int i) {
     const char* language = languages[i % 4];
     manager.GetLocalizedDriver("C", Quorin::LocaleDescriptor(language, "", ""));
     descriptors[i] = &manager.GetLocale(i % 2 ? "en" : "de", "XX");
+    // A name holding the separator while other threads load locales: unknown at once, without
+    // walking the locale nodes being appended.
+    try {
+      manager.GetLocalizedDriver(std::string("C\\") + language,
+                                 Quorin::LocaleDescriptor("es", "", ""));
+    } catch (const QRError& error) {
+      separatorCodes[i] = error.Code();
+    }
   });
+  EXPECT_EQ(separatorCodes, std::vector<std::int32_t>(kThreads, 22));
   EXPECT_EQ(Children("\\Quorin\\Localization\\C"),
             (std::vector<std::string>(Children("\\Quorin\\Localization\\A"))));
   EXPECT_EQ(Children("\\Quorin\\Localization\\C").size(), 4u);

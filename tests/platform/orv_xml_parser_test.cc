@@ -120,14 +120,27 @@ TEST(OrvXmlParserTest, FailuresCarryTheirCodePathAndPosition) {
       {"<a/>\xC3", 47}, {"<?xml version='1.0' encoding='klingon'?><a/>", 47},
       {"<?xml version='1.0' encoding='UTF-16'?><a/>", 47},
       {"\xFF\xFE<\0a\0>\0\0\xD8x\0<\0/\0a\0>\0"s, 47},  // lone high surrogate
-      {bomb + "]><l>&a8;</l>", 48}};
+      {"\xFF\xFE<\0a\0/\0>\0\n"s, 47},  // an odd trailing byte of UTF-16
+      {bomb + "]><l>&a8;</l>", 48},
+      // The longest token is read in linear time; one byte more is refused.
+      {"<a b='" + std::string(OrvXmlParser::kMaxTokenBytes - 9, 'x') + "'/>", 0},
+      {"<a b='" + std::string(OrvXmlParser::kMaxTokenBytes, 'x') + "'/>", 48},
+      {"<a><!--" + std::string(OrvXmlParser::kMaxTokenBytes, 'x') + "--></a>", 48}};
   // clang-format on
   TempDir dir;
   for (const auto& [document, code] : cases) {
-    EXPECT_EQ(code, CodeOf(dir.Write("bad.xml", document))) << document;
+    EXPECT_EQ(code, CodeOf(dir.Write("bad.xml", document))) << document.substr(0, 60);
   }
   EXPECT_EQ(45, CodeOf(dir.Path() + "/missing.xml"));
   EXPECT_EQ(45, CodeOf(dir.Path()));
+  // Only regular files: a FIFO (without a writer, so that a regression cannot block) and a
+  // device, behind a symbolic link too, are refused on the opened descriptor.
+  const std::string fifo = dir.Path() + "/fifo.xml";
+  ASSERT_EQ(0, mkfifo(fifo.c_str(), 0600));
+  EXPECT_EQ(45, CodeOf(fifo));
+  const std::string link = dir.Path() + "/null.xml";
+  ASSERT_EQ(0, symlink("/dev/null", link.c_str()));
+  EXPECT_EQ(45, CodeOf(link));
   if (geteuid() != 0) {  // root reads any file
     std::string locked = dir.Write("locked.xml", "<a/>");
     chmod(locked.c_str(), 0);

@@ -108,8 +108,16 @@ TEST_F(SFileTest, MalformedFilesNameTheLine) {
 TEST_F(SFileTest, FileFailuresHaveTheirKinds) {
   const std::string missing = m_Dir.Path() + "/none.cfg";
   const std::string notDir = m_Dir.Write("plain", "x") + "/sub.cfg";
+  // Not regular files (a FIFO without a writer, so that a regression cannot block; a device
+  // behind a link) and a file one byte above the limit, sparse, are refused before reading.
+  const std::string fifo = m_Dir.Path() + "/fifo.cfg";
+  const std::string device = m_Dir.Path() + "/null.cfg";
+  const std::string huge = m_Dir.Write("huge.cfg", "[S]\n");
+  EXPECT_EQ(0, mkfifo(fifo.c_str(), 0600));
+  EXPECT_EQ(0, symlink("/dev/null", device.c_str()));
+  EXPECT_EQ(0, truncate(huge.c_str(), static_cast<off_t>(SFile::kMaxFileBytes + 1)));
   std::vector<std::pair<std::string, int>> cases = {
-      {missing, 1}, {notDir, 1}, {"", 1}, {m_Dir.Path(), 2}};
+      {missing, 1}, {notDir, 1}, {"", 1}, {m_Dir.Path(), 2}, {fifo, 2}, {device, 2}, {huge, 2}};
   if (geteuid() != 0) {  // root reads everything
     const std::string locked = m_Dir.Write("locked.cfg", "[S]\n");
     chmod(locked.c_str(), 0);

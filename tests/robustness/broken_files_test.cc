@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <Poco/File.h>
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -29,6 +31,7 @@ struct FileCase {
   std::vector<FileKind> Only = {};  // when given, these kinds alone
   double MaxGrowthMb = 0;           // when given, the start-up's peak memory growth bound
   const char* Unread = nullptr;     // when given, a file of the installation nobody may open
+  bool Isolated = false;            // the start-up runs in a child process with a deadline
 };
 
 struct Row {
@@ -75,7 +78,10 @@ TEST_P(BrokenFileTest, GivesItsOutcomeInBothModes) {
       ASSERT_TRUE(watch->Valid());
     }
     std::string outcome;
-    const double growth = PeakGrowthMb([&] { outcome = m_Files.Outcome(kind, mode); });
+    const double growth = PeakGrowthMb([&] {
+      outcome = c.Isolated ? InChild([&] { return m_Files.Outcome(kind, mode); })
+                           : m_Files.Outcome(kind, mode);
+    });
     EXPECT_EQ(outcome, ExpectedOutcome(kind, mode, expect));
     if (watch) {
       EXPECT_FALSE(watch->Touched()) << c.Unread << " was opened";
@@ -107,6 +113,24 @@ std::string Baseline(FileKind kind) {
   return ProbeInstallation::Document(kind, kBaselinePayload);
 }
 
+// Holds a FIFO open for writing, as a writer that never writes would.
+class IdleWriter {
+ public:
+  ~IdleWriter() { Release(); }
+  void Hold(const std::string& fifo) {
+    Release();
+    m_Fd = ::open(fifo.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+    ASSERT_GE(m_Fd, 0);
+  }
+
+ private:
+  void Release() {
+    if (m_Fd >= 0) ::close(m_Fd);
+    m_Fd = -1;
+  }
+  int m_Fd = -1;
+};
+
 // "é€😀": two, three and four bytes in UTF-8 (the last a surrogate pair in UTF-16).
 const char* const kSamplesOfEveryWidth = "\303\251\342\202\254\360\237\230\200";
 
@@ -136,6 +160,46 @@ const std::vector<FileCase> kFileSystemCases = {
      ParseFails(45, Expect::InProlog), FileFails()},
     {"Empty", Bytes([](FileKind) { return std::string(); }), ParseFails(46, Expect::InProlog),
      FileFails()},
+    // A FIFO behind a symbolic link, held open by a writer that never writes: reading it would
+    // block forever, so the type is decided on the opened descriptor.
+    {"FifoWithIdleWriter",
+     [](const ProbeInstallation& files, FileKind kind) {
+       const std::string fifo = files.Install().Path("fifo");
+       Poco::File(files.Path(kind)).remove();
+       ::unlink(fifo.c_str());  // left by the other mode
+       ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
+       ASSERT_EQ(::symlink(fifo.c_str(), files.Path(kind).c_str()), 0);
+       static IdleWriter writer;
+       writer.Hold(fifo);
+     },
+     ParseFails(45, Expect::InProlog),
+     FileFails(),
+     {},
+     0,
+     nullptr,
+     true},
+    {"Device",
+     [](const ProbeInstallation& files, FileKind kind) {
+       Poco::File(files.Path(kind)).remove();
+       ASSERT_EQ(::symlink("/dev/zero", files.Path(kind).c_str()), 0);
+     },
+     ParseFails(45, Expect::InProlog),
+     FileFails(),
+     {},
+     0,
+     nullptr,
+     true},
+    // 12 GB, sparse, after the baseline document: a parameter file is refused unread for its
+    // size, an XML file stops at the first NUL byte.
+    {"Sparse12GB",
+     [](const ProbeInstallation& files, FileKind kind) {
+       files.Write(kind, Baseline(kind));
+       ASSERT_EQ(::truncate(files.Path(kind).c_str(), off_t{12} << 30), 0);
+     },
+     ParseFails(46, Expect::AtEnd),
+     FileFails(),
+     {},
+     64},
 };
 
 const std::vector<FileCase> kMalformedCases = {
@@ -163,6 +227,10 @@ const std::vector<FileCase> kEncodingCases = {
      Loads(std::string("'") + kSamplesOfEveryWidth + "'"), FileFails()},
     {"CrLfLineEnds", Bytes([](FileKind kind) { return CrLf(Baseline(kind)); }), Loads("'v1'"),
      Loads("'v1'")},
+    {"Utf16OddTrailingByte", Bytes([](FileKind kind) {
+       return ToUtf16(ProbeInstallation::Document(kind, "v1", Declaration("UTF-16"))) + "\n";
+     }),
+     ParseFails(47, Expect::AtEnd), std::nullopt},
 };
 
 // The reference to an entity that is not loaded ends a chunk of character data, which the
@@ -193,7 +261,20 @@ std::string Repeat(const std::string& text, int count) {
   return repeated;
 }
 
+// Far longer than the longest token: refused in time linear in its length.
+std::string StartTagWithManyAttributes() {
+  std::string tag = "<Tag";
+  for (int i = 0; tag.size() < (std::size_t{20} << 20); ++i)
+    tag += " a" + std::to_string(i) + "=\"v\"";
+  return tag + "/>";
+}
+
 const std::vector<FileCase> kHostileCases = {
+    {"LongAttributeValue",
+     Payload("v1", kXmlDeclaration, "<Tag a=\"" + std::string(std::size_t{20} << 20, 'x') + "\"/>"),
+     ParseFails(48, Expect::AtEnd), std::nullopt},
+    {"StartTagWithManyAttributes", Payload("v1", kXmlDeclaration, StartTagWithManyAttributes()),
+     ParseFails(48, Expect::AtEnd), std::nullopt},
     External("ExternalEntityByPath", "secret.txt", "SECRET",
              [](const std::string& path) {
                return "<!DOCTYPE R [<!ENTITY e SYSTEM \"" + path + "\">]>\n";

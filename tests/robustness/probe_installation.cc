@@ -1,5 +1,11 @@
 #include "robustness/probe_installation.h"
 
+#include <poll.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
 #include <filesystem>
 #include <stdexcept>
 
@@ -248,4 +254,46 @@ std::string Nest(int count, const std::string& name, const std::string& inner,
   text += inner;
   for (int i = 0; i < count; ++i) text += close;
   return text;
+}
+
+std::string InChild(const std::function<std::string()>& work, int deadlineSeconds) {
+  int channel[2];
+  if (::pipe(channel) != 0) return "no pipe";
+  const pid_t child = ::fork();
+  if (child == 0) {
+    ::close(channel[0]);
+    const std::string result = work();
+    for (std::size_t done = 0; done < result.size();) {
+      const ssize_t n = ::write(channel[1], result.data() + done, result.size() - done);
+      if (n <= 0) ::_exit(3);
+      done += static_cast<std::size_t>(n);
+    }
+    ::_exit(0);  // no destructors, no leak check: the parent judges the result
+  }
+  ::close(channel[1]);
+  std::string result;
+  bool timedOut = false;
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(deadlineSeconds);
+  for (;;) {
+    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
+        deadline - std::chrono::steady_clock::now());
+    pollfd ready{channel[0], POLLIN, 0};
+    if (left.count() <= 0 || ::poll(&ready, 1, static_cast<int>(left.count())) == 0) {
+      timedOut = true;
+      break;
+    }
+    char buffer[4096];
+    const ssize_t n = ::read(channel[0], buffer, sizeof buffer);
+    if (n <= 0) break;
+    result.append(buffer, static_cast<std::size_t>(n));
+  }
+  ::close(channel[0]);
+  if (child < 0) return "no child";
+  if (timedOut) ::kill(child, SIGKILL);
+  int status = 0;
+  ::waitpid(child, &status, 0);
+  if (timedOut) return "timed out";
+  if (WIFSIGNALED(status)) return "killed by signal " + std::to_string(WTERMSIG(status));
+  if (WEXITSTATUS(status) != 0) return "exit " + std::to_string(WEXITSTATUS(status));
+  return result;
 }

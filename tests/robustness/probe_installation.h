@@ -25,6 +25,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -126,6 +127,12 @@ class ProbeInstallation {
  private:
   const TempInstallation& m_Install;
 };
+
+// Runs `work` in a child process and returns its result; when the child does not finish
+// within `deadlineSeconds` it is killed and the result is "timed out", when it dies the
+// result is "killed by signal N" or "exit N". So a crash or a hang of the library fails the
+// test instead of killing or stalling the suite.
+std::string InChild(const std::function<std::string()>& work, int deadlineSeconds = 60);
 
 // A field's value as Outcome() renders it.
 std::string RenderValue(const ConfigManager::Field& field);

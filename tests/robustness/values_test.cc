@@ -5,6 +5,8 @@
 
 #include <Poco/File.h>
 
+#include <ostream>
+
 #include "robustness/probe_installation.h"
 #include "support/manager_fixture.h"
 
@@ -216,5 +218,69 @@ TEST_F(ValuesTest, ParameterFileLinesUpToTheLimit) {
   m_Files.Write(FileKind::PlatformList, "[TestOS]\nUTF-8 = UTF-8\n" + longest + "x\n");
   EXPECT_EQ(m_Files.Outcome(FileKind::PlatformList, Initialization::Library), "10");
 }
+
+// The node a driver's setup file loads into is the FIRST of its name, among the DBDrivers
+// children the main file made and among the ActiveDataSources children.
+TEST_F(ValuesTest, DriversLoadIntoTheFirstNodeOfTheirName) {
+  m_Files.WriteDocument(FileKind::Main,
+                        "v1</Parameter><NetworkLayer Name=\"Crv\"/><NetworkLayer Name=\"Crv\"/>"
+                        "<Parameter Name=\"Tail\">");
+  EXPECT_EQ(m_Files.Outcome(FileKind::DataAccess, Initialization::Library), "ok 'v1'");
+  m_Files.WriteDocument(FileKind::Main, kBaselinePayload, kXmlDeclaration,
+                        "<Settings><ActiveDataSources><NetworkLayer Name=\"Crv\"><DataBase "
+                        "Name=\"db.\"/></NetworkLayer><NetworkLayer Name=\"Crv\"><DataBase "
+                        "Name=\"none\"/></NetworkLayer></ActiveDataSources></Settings>\n");
+  EXPECT_EQ(m_Files.Outcome(FileKind::DataAccess, Initialization::Library), "ok 'v1'");
+}
+
+// An active-data-source pattern against a long database name, placed before db1: written in
+// the main file (Library mode) and registered by the host (Server mode, in the child alone).
+// Matching never blows the C stack; a match that reaches its limits gives up with 283, which
+// fails the data-access file.
+struct PatternCase {
+  const char* Name;
+  std::string Pattern, Database;
+  std::string Library, Server;  // the outcome in each mode
+};
+
+void PrintTo(const PatternCase& c, std::ostream* out) {
+  *out << c.Name;
+}
+
+class PatternTest : public ValuesTest, public testing::WithParamInterface<PatternCase> {};
+
+TEST_P(PatternTest, MatchesOrGivesUpWithoutCrashing) {
+  const PatternCase& c = GetParam();
+  m_Files.WriteEdited(
+      FileKind::DataAccess, "<DataBase Name=\"db1\"",
+      "<DataBase Name=\"" + c.Database + "\" Active=\"Yes\"/>\n" + "<DataBase Name=\"db1\"");
+  m_Files.WriteDocument(FileKind::Main, kBaselinePayload, kXmlDeclaration,
+                        "<Settings><ActiveDataSources><NetworkLayer Name=\"Crv\"><DataBase "
+                        "Name=\"db1\"/><DataBase Name=\"" +
+                            c.Pattern + "\"/></NetworkLayer></ActiveDataSources></Settings>\n");
+  EXPECT_EQ(InChild([&] { return m_Files.Outcome(FileKind::DataAccess, Initialization::Library); }),
+            c.Library);
+  EXPECT_EQ(InChild([&] {
+              ConfigManager::AddActiveDataSource("Crv", "db1");
+              ConfigManager::AddActiveDataSource("Crv", c.Pattern);
+              return m_Files.Outcome(FileKind::DataAccess, Initialization::Server);
+            }),
+            c.Server);
+}
+
+const std::string kDb1Loaded = "ok 'v1'";
+
+INSTANTIATE_TEST_SUITE_P(
+    LongNames, PatternTest,
+    testing::Values(
+        // Up to here the old matcher recursed once per character: 9,000 overflowed 8 MiB.
+        PatternCase{"RepeatedGroup", "crv(_|[a-z0-9])*", "crv" + std::string(100000, 'a'),
+                    kDb1Loaded, kDb1Loaded},
+        PatternCase{"RepeatedAnyCharacter", "crv(?:.)*", "crv" + std::string(100000, 'a'),
+                    kDb1Loaded, kDb1Loaded},
+        PatternCase{"BeyondTheMemoryLimit", "(a|b)*", std::string(1000000, 'a'), "10", kDb1Missing},
+        PatternCase{"CatastrophicBacktracking", "(x+x+)+y", std::string(5000, 'x'), "10",
+                    kDb1Missing}),
+    [](const testing::TestParamInfo<PatternCase>& info) { return std::string(info.param.Name); });
 
 }  // namespace
