@@ -2,7 +2,9 @@
 #pragma once
 
 #include <cstddef>
+#include <map>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "qr_config/config/readers/load_observer.h"
@@ -29,11 +31,19 @@ struct Finding {
   unsigned long Column = 0;  // 1-based; 0 when there is no column
   std::string Message;       // what is wrong, as a sentence
   std::string Advice;        // what to do, as a sentence
+  bool Summary = false;      // stands for the findings of its kind not kept (Findings)
 };
 
 // The findings of one check run, in the order they were added.
+//
+// A file can hold millions of instances of one finding (a generated data-access file of
+// inactive databases): of each kind and severity, only the first kMaxPerFile findings of a
+// file are kept, and one more finding says how many others there were. Counts include them
+// all. So memory is bounded by the number of files, not by their size.
 class Findings {
  public:
+  static constexpr std::size_t kMaxPerFile = 100;
+
   explicit Findings(std::string configDirectory);
 
   // Adds a finding about the file at `path` (the configuration directory's name joined with
@@ -41,17 +51,26 @@ class Findings {
   void Add(Severity level, const char* kind, const std::string& path, unsigned long line,
            std::string message, std::string advice, unsigned long column = 0);
 
-  const std::vector<Finding>& All() const { return m_Findings; }
+  // The number of findings of `level` added, kept or not.
   std::size_t Count(Severity level) const;
   // The findings of `threshold` or above, sorted by file (byte order; findings without a
   // file last), then by severity (errors first), then by line and column; findings that
-  // tie keep the order they were added in.
+  // tie keep the order they were added in. A group of findings cut at kMaxPerFile ends with
+  // one finding (line 0, after the group's others) that tells how many more there were.
+  // Valid until the next Add.
   std::vector<const Finding*> Sorted(Severity threshold) const;
   const std::string& ConfigDirectory() const { return m_ConfigDirectory; }
 
  private:
+  struct Group {
+    std::size_t Added = 0;
+  };
+
   std::string m_ConfigDirectory;
   std::vector<Finding> m_Findings;
+  std::map<std::tuple<std::string, std::string, Severity>, Group> m_Groups;
+  std::size_t m_Counts[3] = {0, 0, 0};
+  mutable std::vector<Finding> m_Summaries;
 };
 
 }  // namespace qrconfig
