@@ -5,11 +5,17 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <ostream>
 #include <regex>
 #include <string>
 #include <vector>
 
 namespace qr_schema {
+
+void PrintTo(const SchemaKind& kind, std::ostream* os) {
+  *os << kind.Kind;
+}
+
 namespace {
 
 // Element name -> attribute name -> enumerated words (empty for any text).
