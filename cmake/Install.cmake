@@ -1,6 +1,7 @@
-# Installation of qr_config: the shared library, its public headers, qrconfig, the
-# documentation and the sample installation, with a CMake package (find_package(qr_config
-# CONFIG) gives the target qr_config::qr_config) and a pkg-config file.
+# Installation of qr_config: the shared library, its public headers, qrconfig, the XML
+# Schemas of the configuration files, the documentation and the sample installation, with a
+# CMake package (find_package(qr_config CONFIG) gives the target qr_config::qr_config) and a
+# pkg-config file.
 #
 # Header layout. Every header of the library includes the others as "qr_config/config/..."
 # and "qr_config/platform/...", so they are installed under one include folder of their own,
@@ -100,6 +101,13 @@ if(TARGET qrconfig)
 endif()
 if(TARGET qrconfig_man)
   install(FILES "${PROJECT_BINARY_DIR}/tools/qrconfig.1" DESTINATION ${CMAKE_INSTALL_MANDIR}/man1
+          COMPONENT Tools)
+endif()
+# The XML Schemas of the XML file kinds, written at build time from the readers' vocabulary
+# (tools/schema), for editors and xmllint: <datadir>/qr_config/schema/qr-<kind>.xsd.
+if(TARGET qr_schemas)
+  get_target_property(QR_SCHEMA_FILES qr_schemas QR_SCHEMA_FILES)
+  install(FILES ${QR_SCHEMA_FILES} DESTINATION ${CMAKE_INSTALL_DATADIR}/qr_config/schema
           COMPONENT Tools)
 endif()
 
