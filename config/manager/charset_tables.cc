@@ -4,12 +4,15 @@
 
 #include "qr_config/config/manager/config_keys.h"
 #include "qr_config/config/manager/config_manager_impl.h"
+#include "qr_config/config/readers/diagnostic_text.h"
 #include "qr_config/config/readers/load_trace.h"
 #include "qr_config/platform/process.h"
 #include "qr_config/platform/qr_error.h"
 #include "qr_config/platform/sfile.h"
 
 namespace {
+
+using DiagnosticText::Quoted;
 
 // The library asks SFile to read the file and to type its values.
 constexpr int kSFileReadTyped = 3;
@@ -27,10 +30,6 @@ constexpr int kSFileReadTyped = 3;
     default:
       ThrowQRError(QRErrorCode::StartupFailed);
   }
-}
-
-std::string Quoted(const std::string& text) {
-  return "\"" + text + "\"";
 }
 
 std::string Families() {

@@ -9,12 +9,15 @@
 
 #include "qr_config/config/manager/config_keys.h"
 #include "qr_config/config/manager/config_manager_impl.h"
+#include "qr_config/config/readers/diagnostic_text.h"
 #include "qr_config/config/readers/dsf_xml_parser.h"
 #include "qr_config/config/readers/load_trace.h"
 #include "qr_config/config/readers/setup_xml_parser.h"
 #include "qr_config/platform/qr_error.h"
 
 namespace {
+
+using DiagnosticText::Quoted;
 
 // Cuts `text` at every comma; the text after the last comma is the last piece (so a
 // trailing comma yields an empty last piece). Pieces are not trimmed.
@@ -40,10 +43,6 @@ std::unordered_map<std::string_view, tree_node<ConfigManager::Node>*> FirstChild
   for (auto child = parent.ch_begin(); child != parent.ch_end(); ++child)
     children.emplace((*child).value().Name(), &*child);
   return children;
-}
-
-std::string Quoted(const std::string& text) {
-  return "\"" + text + "\"";
 }
 
 bool EndsWith(const std::string& text, const std::string& tail) {

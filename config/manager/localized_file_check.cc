@@ -6,15 +6,14 @@
 
 #include "qr_config/config/manager/config_keys.h"
 #include "qr_config/config/manager/config_manager_impl.h"
+#include "qr_config/config/readers/diagnostic_text.h"
 #include "qr_config/config/readers/load_trace.h"
 #include "qr_config/config/readers/loc_drv_xml_parser.h"
 #include "qr_config/platform/qr_error.h"
 
 namespace {
 
-std::string Quoted(const std::string& text) {
-  return "\"" + text + "\"";
-}
+using DiagnosticText::Quoted;
 
 }  // namespace
 

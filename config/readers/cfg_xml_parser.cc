@@ -1,4 +1,5 @@
 #include "qr_config/config/readers/cfg_xml_parser.h"
+#include "qr_config/config/readers/diagnostic_text.h"
 
 #include "qr_config/config/readers/load_trace.h"
 #include "qr_config/platform/i18n_string.h"
@@ -7,6 +8,9 @@
 #include "qr_config/platform/qr_error.h"
 
 namespace {
+
+using DiagnosticText::Quoted;
+using DiagnosticText::TypeName;
 
 const ucs2string kLocale("Locale");
 const ucs2string kLanguage("Language");
@@ -36,10 +40,6 @@ const std::string kClassIDField("ClassID");
 const std::string kLibrarySection("Library");
 const std::string kServerSection("Server");
 
-std::string Quoted(const std::string& text) {
-  return "\"" + text + "\"";
-}
-
 // "<Parameter Name="Port">", for messages.
 std::string Described(const std::string& element, const std::string& name) {
   return "<" + element + " Name=" + Quoted(name) + ">";
@@ -49,19 +49,6 @@ std::string Described(const std::string& element, const std::string& name) {
 std::string LineOf(const ValueOrigin* origin) {
   if (origin == nullptr || origin->Where.Line == 0) return std::string();
   return " on line " + std::to_string(origin->Where.Line);
-}
-
-const char* TypeName(ConfigManagerTypes::Field::ValueTag tag) {
-  switch (tag) {
-    case ConfigManagerTypes::Field::Bool:
-      return "boolean";
-    case ConfigManagerTypes::Field::Long:
-      return "integer";
-    case ConfigManagerTypes::Field::String:
-      return "text";
-    default:
-      return "value of another kind";
-  }
 }
 
 }  // namespace
@@ -468,11 +455,7 @@ void CfgXmlParser::TraceKeyword(const unsigned short* value, const ucs2string& k
   std::string expected;
   ReaderText::Assign(value, written);
   AppendUtf16AsUtf8(keyword.data(), keyword.size(), expected);
-  if (written.size() != expected.size()) return;
-  for (std::size_t i = 0; i < written.size(); ++i) {
-    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
-    if (lower(written[i]) != lower(expected[i])) return;
-  }
+  if (!DiagnosticText::EqualIgnoringCase(written, expected)) return;
   m_Trace->Report(DiagnosticSeverity::Warning, DiagnosticKind::CaseVariant, Here(),
                   std::string(attribute) + "=" + Quoted(written) + " is not " + Quoted(expected) +
                       ": values are compared exactly, so " + meaning + ".",

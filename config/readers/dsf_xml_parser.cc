@@ -1,4 +1,5 @@
 #include "qr_config/config/readers/dsf_xml_parser.h"
+#include "qr_config/config/readers/diagnostic_text.h"
 
 #include <cstddef>
 #include <memory>
@@ -10,6 +11,10 @@
 #include "qr_config/platform/qr_error.h"
 
 namespace {
+
+using DiagnosticText::EqualIgnoringCase;
+using DiagnosticText::Quoted;
+using DiagnosticText::TypeName;
 
 const ucs2string kDefaults("Defaults");
 const ucs2string kDataBase("DataBase");
@@ -36,32 +41,6 @@ ConfigManagerTypes::Field* FirstField(ConfigManagerTypes::Node& node, const std:
     if (field.Name() == name) return &field;
   }
   return nullptr;
-}
-
-std::string Quoted(const std::string& text) {
-  return "\"" + text + "\"";
-}
-
-const char* TypeName(ConfigManagerTypes::Field::ValueTag tag) {
-  switch (tag) {
-    case ConfigManagerTypes::Field::Bool:
-      return "boolean";
-    case ConfigManagerTypes::Field::Long:
-      return "integer";
-    case ConfigManagerTypes::Field::String:
-      return "text";
-    default:
-      return "value of another kind";
-  }
-}
-
-bool EqualIgnoringCase(const std::string& a, const std::string& b) {
-  if (a.size() != b.size()) return false;
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
-    if (lower(a[i]) != lower(b[i])) return false;
-  }
-  return true;
 }
 
 }  // namespace

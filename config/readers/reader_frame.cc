@@ -1,4 +1,5 @@
 #include "qr_config/config/readers/reader_frame.h"
+#include "qr_config/config/readers/diagnostic_text.h"
 
 #include <Poco/File.h>
 
@@ -142,20 +143,13 @@ void ReaderFrame::StoreValue(Field& field, const std::string& text) {
 
 namespace {
 
+using DiagnosticText::EqualIgnoringCase;
+
 std::string Trim(const std::string& text) {
   const auto first = text.find_first_not_of(" \t\r\n");
   if (first == std::string::npos) return std::string();
   const auto last = text.find_last_not_of(" \t\r\n");
   return text.substr(first, last - first + 1);
-}
-
-bool EqualIgnoringCase(const std::string& a, const std::string& b) {
-  if (a.size() != b.size()) return false;
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
-    if (lower(a[i]) != lower(b[i])) return false;
-  }
-  return true;
 }
 
 const char* TypeWord(int kind) {

@@ -1,9 +1,12 @@
 #include "qr_config/config/readers/setup_xml_parser.h"
+#include "qr_config/config/readers/diagnostic_text.h"
 
 #include "qr_config/config/readers/load_trace.h"
 #include "qr_config/platform/i18n_string.h"
 
 namespace {
+
+using DiagnosticText::Quoted;
 
 const ucs2string kVersion("Version");
 const ucs2string kType("Type");
@@ -11,10 +14,6 @@ const ucs2string kNetworkLayer("NetworkLayer");
 const ucs2string kDirectory("Directory");
 const ucs2string kDataFileName("DataFileName");
 const ucs2string kName("Name");
-
-std::string Quoted(const std::string& text) {
-  return "\"" + text + "\"";
-}
 
 }  // namespace
 
