@@ -10,8 +10,9 @@
 // Everything here is reported on the thread that runs Initialize, during that call. Texts
 // handed to a callback (std::string_view members, the pointed-to objects) are valid only
 // until the callback returns: copy what you keep. A callback must not call back into the
-// library's start-up; an exception it throws ends the start-up like an error of the library
-// and reaches the caller of Initialize unchanged.
+// library's start-up, and should not throw: an exception it throws is handled like an error
+// of the library raised at that point (a QRError may be tolerated by the loader's policy, for
+// instance), so the start-up's outcome would then depend on the observer.
 #pragma once
 
 #include <cstdint>
