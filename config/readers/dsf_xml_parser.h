@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "qr_config/config/model/tree.h"
@@ -46,7 +47,11 @@
 // one took, the cause of a type mismatch, and the origin of every field it sets.
 //
 // Cost: no allocation per event beyond the nodes, fields and table entries it creates; each
-// active-database pattern is compiled when it is first tried, once.
+// active-database pattern is compiled when it is first tried, once. Every database node made
+// from the same defaults starts with the same fields: the reader builds them once (the
+// prototype, with an index of their names) and copies them into one block per node, so that
+// neither the copy nor a "Parameter" or "Library" of the database searches the node's
+// fields from the front.
 class DsfXmlParser : public ReaderFrame {
  public:
   using TreeNode = tree_node<Node>;
@@ -109,6 +114,12 @@ class DsfXmlParser : public ReaderFrame {
   bool PlatformCheck(const OrvXmlAttributeValue* attributes);
   void SetLibrary(const std::string& value, std::string_view source);
   void SetParameter();
+  // The first field of the current node named `name`, as Node::Find finds it, or null.
+  Field* FirstField(const std::string& name);
+  // Appends a field made from `args` to the current node, which has no field of its name.
+  template <typename... Args>
+  Field& AddField(Args&&... args);
+  void BuildPrototype();
   // Diagnostics helpers, used with a trace only.
   void TraceMerge(const Node& driversDefaults);
   void TraceOutOfPlace(const char* element);
@@ -134,6 +145,25 @@ class DsfXmlParser : public ReaderFrame {
   Node* m_CurrentNode = nullptr;          // m_Defaults or the database accepted last
   std::string m_ParameterName;
   std::string m_Text;
+  // The first fields of every database node made from the current defaults, in order: the
+  // defaults, then "Configuration File", "Directory" and the versions, each added by the
+  // push_back rule (which ones were is kept for the trace). Rebuilt when a database is
+  // accepted after a "Parameter" or "Library" acted on the defaults.
+  Node m_Prototype;
+  bool m_PrototypeValid = false;
+  bool m_FileAdded = false;
+  bool m_DirectoryAdded = false;
+  std::vector<bool> m_VersionsAdded;
+  // Each name of the prototype, with the position of its first field there.
+  std::unordered_map<std::string_view, std::size_t> m_PrototypeNames;
+  // The node of the database accepted last, its copies of the prototype's fields in order,
+  // and the fields it added since. Its fields are these, in this order: the reader appends
+  // and never removes.
+  Node* m_DatabaseNode = nullptr;
+  std::vector<Field*> m_DatabaseFields;
+  std::vector<Field*> m_AddedFields;
+  // Room reserved beyond the prototype for a new database node: what the previous one added.
+  std::size_t m_ExpectedAdded = 0;
   // Scratch texts reused across events.
   std::string m_DatabaseName;
   std::string m_PlatformList;

@@ -60,6 +60,22 @@ TEST_F(DsfXmlParserTest, DefaultsReachLaterDatabasesAndParametersUpdateThem) {
                                     m_Standard + "}]");
 }
 
+// A database's "Parameter" acts on the first field of its name, wherever it came from: the
+// defaults, the setup file (added only when no equal field is there), or the database itself.
+TEST_F(DsfXmlParserTest, ParametersActOnTheFirstFieldOfTheirName) {
+  const XmlFile file(R"(<Data><Defaults><Parameter Name="Directory">dir</Parameter>
+    <Parameter Name="V">0</Parameter></Defaults>
+    <DataBase Name="d" Active="Yes"><Parameter Name="V">2</Parameter>
+    <Parameter Name="Directory">own</Parameter><Parameter Name="New">a</Parameter>
+    <Parameter Name="New">b</Parameter><Parameter Name="Status">3</Parameter></DataBase>
+    <DataBase Name="e" Active="Yes"/></Data>)");
+  Parse(file.Path());
+  const std::string path = "Configuration File='" + file.Path().toString() + "'";
+  EXPECT_EQ(Describe(m_Driver), "Drv{}[d{Status=3, Directory='own', V=2, " + path +
+                                    ", V='1', New='b'} e{Status=0, Directory='dir', V=0, " + path +
+                                    ", V='1'}]");
+}
+
 TEST_F(DsfXmlParserTest, LibraryLists) {
   Parse(Fixture("libraries.dsf"));
   const std::string fields = "{Status=0, Library='Undefined', " + m_Standard + "}";
