@@ -124,10 +124,12 @@ class const_node_iterator {
 //
 // Storage: the elements live in a few blocks that the list owns, never one allocation per
 // element. A copy takes one block of exactly its size; a list that grows by single additions
-// takes blocks of at least 4 elements, each about a quarter of the list's size. An element never
-// moves: its address stays valid until it is removed. The slot of a removed element is
+// takes blocks of at least 4 elements, each about a quarter of the list's size. An element
+// never moves: its address stays valid until it is removed. The slot of a removed element is
 // reused by later additions; the blocks are released when the list becomes empty (clear, or
-// removing its last element) and when it is destroyed.
+// removing its last element) and when it is destroyed. The library's loaders may also keep
+// the long texts of the fields they add in a block (ModelBuilder); such a text lasts as long
+// as the block.
 //
 // Preconditions (not checked): front, back, pop_front and pop_back need a non-empty list;
 // the one-iterator erase needs an iterator to an element, not end().
@@ -234,12 +236,15 @@ class tnode {
     explicit Element(Args&&... args) : Link{nullptr, nullptr}, Value(std::forward<Args>(args)...) {}
     T Value;
   };
-  // A block of element slots, which follow the header; the first `Used` slots have been
-  // handed out. Blocks are chained, the newest first.
+  // A block of element slots, which follow the header, and then of `Bytes` bytes for texts;
+  // the first `Used` slots and `BytesUsed` bytes have been handed out. Blocks are chained,
+  // the newest first.
   struct Block {
     Block* Next;
     std::size_t Capacity;
     std::size_t Used;
+    std::size_t Bytes;
+    std::size_t BytesUsed;
   };
   static constexpr std::size_t kHeaderBytes =
       (sizeof(Block) + alignof(Element) - 1) / alignof(Element) * alignof(Element);
@@ -257,25 +262,41 @@ class tnode {
     return link;
   }
 
-  // Makes sure that the next `count` additions take no new block: adds one block for what
-  // the free slots cannot hold.
-  void Reserve(std::size_t count) {
+  // Makes sure that the next `count` additions take no new block, and that `bytes` bytes
+  // for texts are at hand in the newest block: adds one block for what is missing.
+  void Reserve(std::size_t count, std::size_t bytes = 0) {
     std::size_t room = m_Blocks != nullptr ? m_Blocks->Capacity - m_Blocks->Used : 0;
     for (Link* slot = m_Free; slot != nullptr && room < count; slot = slot->Next) ++room;
-    if (room < count) AddBlock(count - room);
+    const std::size_t byteRoom = m_Blocks != nullptr ? m_Blocks->Bytes - m_Blocks->BytesUsed : 0;
+    if (room < count || byteRoom < bytes) AddBlock(count > room ? count - room : 0, bytes);
   }
 
-  // Adds a block of `capacity` slots as the newest; the unused slots of the block that was
-  // the newest join the free slots.
-  void AddBlock(std::size_t capacity) {
-    if (capacity > (static_cast<std::size_t>(-1) - kHeaderBytes) / sizeof(Element))
+  // Adds a block of `capacity` slots and `bytes` bytes as the newest; the unused slots of the
+  // block that was the newest join the free slots.
+  void AddBlock(std::size_t capacity, std::size_t bytes = 0) {
+    const std::size_t most = static_cast<std::size_t>(-1);
+    if (capacity > (most - kHeaderBytes) / sizeof(Element) ||
+        bytes > most - kHeaderBytes - capacity * sizeof(Element))
       throw std::bad_alloc();
-    void* memory = ::operator new(kHeaderBytes + capacity * sizeof(Element));
+    void* memory = ::operator new(kHeaderBytes + capacity * sizeof(Element) + bytes);
     if (m_Blocks != nullptr) {
       Element* slots = SlotsOf(m_Blocks);
       while (m_Blocks->Used < m_Blocks->Capacity) FreeSlot(&slots[m_Blocks->Used++]);
     }
-    m_Blocks = ::new (memory) Block{m_Blocks, capacity, 0};
+    m_Blocks = ::new (memory) Block{m_Blocks, capacity, 0, bytes, 0};
+  }
+
+  // `bytes` bytes for a text from the blocks' text room, lasting as long as the list's
+  // blocks; null when `bytes` is 0 or no block has that much left.
+  void* TakeBytes(std::size_t bytes) noexcept {
+    if (bytes == 0) return nullptr;
+    for (Block* block = m_Blocks; block != nullptr; block = block->Next) {
+      if (block->Bytes - block->BytesUsed < bytes) continue;
+      unsigned char* text = reinterpret_cast<unsigned char*>(SlotsOf(block) + block->Capacity);
+      block->BytesUsed += bytes;
+      return text + block->BytesUsed - bytes;
+    }
+    return nullptr;
   }
 
   // Chains the raw slot at `slot` (no element lives there) to the free slots.

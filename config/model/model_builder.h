@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <utility>
 
 #include "qr_config/config/model/field_list.h"
@@ -11,13 +12,34 @@
 // about to receive, and that a field they add cannot be equal to one already there (its name
 // is new to the node). These operations let them say so, so that a node's fields take one
 // block and no addition scans the list. Each gives the same content as the public operation
-// it stands for; only the number of allocations and scans differs.
+// it stands for; only the number of allocations and scans differs. A text that a field keeps
+// in its list's block is not released when the field is removed, only with the block.
 class ModelBuilder {
  public:
-  // Makes sure that the next `count` additions to `list` take no new block.
+  using Field = ConfigManagerTypes::Field;
+
+  // Makes sure that the next `count` additions to `list` take no new block, and that the
+  // block has `textBytes` bytes for the long texts of the fields that AppendCopy and
+  // AppendText add (TextBytes tells how many each needs).
   template <typename T>
-  static void Reserve(tnode<T>& list, std::size_t count) {
-    list.Reserve(count);
+  static void Reserve(tnode<T>& list, std::size_t count, std::size_t textBytes = 0) {
+    list.Reserve(count, textBytes);
+  }
+
+  // The bytes of a list's block that a copy of `field`, or a text of `size` bytes, takes:
+  // none unless its text is too long to live inside the field.
+  static std::size_t TextBytes(const Field& field) noexcept { return field.OutOfLineBytes(); }
+  static std::size_t TextBytes(std::size_t size) noexcept { return Field::OutOfLineBytes(size); }
+
+  // Appends a copy of `field`, like Append, with its long text in the bytes reserved in the
+  // list's block when enough are left (else in an allocation of its own, as any copy).
+  static Field& AppendCopy(tnode<Field>& list, const Field& field) {
+    return list.Append(field, list.TakeBytes(field.OutOfLineBytes()));
+  }
+  // Appends a String field named `name` holding `text`, like Append, with a long text in the
+  // bytes reserved in the list's block when enough are left.
+  static Field& AppendText(tnode<Field>& list, const std::string& name, const std::string& text) {
+    return list.Append(name, text, list.TakeBytes(Field::OutOfLineBytes(text.size())));
   }
 
   // Appends an element made from `args` (a T to copy, or the arguments of a T constructor)

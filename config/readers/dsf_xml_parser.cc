@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <type_traits>
 #include <utility>
 
 #include "qr_config/config/model/model_builder.h"
@@ -365,13 +366,16 @@ void DsfXmlParser::AddDatabase() {
   m_DatabaseNode = nullptr;
   if (!m_PrototypeValid) BuildPrototype();
   m_ExpectedAdded = m_AddedFields.size();
+  m_ExpectedAddedBytes = m_AddedBytes;
   TreeNode& database = ModelBuilder::AppendChild(m_Driver, m_DatabaseName);
   Node& node = database.value();
-  ModelBuilder::Reserve(node, m_Prototype.size() + m_ExpectedAdded);
+  ModelBuilder::Reserve(node, m_Prototype.size() + m_ExpectedAdded,
+                        m_PrototypeBytes + m_ExpectedAddedBytes);
   m_DatabaseFields.clear();
   m_AddedFields.clear();
+  m_AddedBytes = 0;
   for (const Field& field : m_Prototype)
-    m_DatabaseFields.push_back(&ModelBuilder::Append(node, field));
+    m_DatabaseFields.push_back(&ModelBuilder::AppendCopy(node, field));
   m_DatabaseNode = &node;
   m_CurrentTreeNode = &database;
   m_CurrentNode = &node;
@@ -429,7 +433,11 @@ void DsfXmlParser::BuildPrototype() {
   for (const auto& version : m_Setup.Versions())
     m_VersionsAdded.push_back(m_Prototype.push_back(Field(version.first, version.second)));
   std::size_t index = 0;
-  for (const Field& field : m_Prototype) m_PrototypeNames.try_emplace(field.Name(), index++);
+  m_PrototypeBytes = 0;
+  for (const Field& field : m_Prototype) {
+    m_PrototypeNames.try_emplace(field.Name(), index++);
+    m_PrototypeBytes += ModelBuilder::TextBytes(field);
+  }
   m_PrototypeValid = true;
 }
 
@@ -443,11 +451,18 @@ DsfXmlParser::Field* DsfXmlParser::FirstField(const std::string& name) {
   return nullptr;
 }
 
-template <typename... Args>
-DsfXmlParser::Field& DsfXmlParser::AddField(Args&&... args) {
-  Field& added = ModelBuilder::Append(*m_CurrentNode, std::forward<Args>(args)...);
-  if (m_CurrentNode == m_DatabaseNode) m_AddedFields.push_back(&added);
-  return added;
+template <typename T>
+void DsfXmlParser::AddField(const std::string& name, const T& value) {
+  if (m_CurrentNode != m_DatabaseNode) {
+    ModelBuilder::Append(*m_CurrentNode, name, value);
+    return;
+  }
+  if constexpr (std::is_same_v<T, std::string>) {
+    m_AddedFields.push_back(&ModelBuilder::AppendText(*m_CurrentNode, name, value));
+    m_AddedBytes += ModelBuilder::TextBytes(value.size());
+  } else {
+    m_AddedFields.push_back(&ModelBuilder::Append(*m_CurrentNode, name, value));
+  }
 }
 
 bool DsfXmlParser::PlatformSupported(const unsigned short* list) {

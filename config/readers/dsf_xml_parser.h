@@ -116,9 +116,10 @@ class DsfXmlParser : public ReaderFrame {
   void SetParameter();
   // The first field of the current node named `name`, as Node::Find finds it, or null.
   Field* FirstField(const std::string& name);
-  // Appends a field made from `args` to the current node, which has no field of its name.
-  template <typename... Args>
-  Field& AddField(Args&&... args);
+  // Appends a field named `name` holding `value` (a text, an integer or a boolean) to the
+  // current node, which has no field of that name.
+  template <typename T>
+  void AddField(const std::string& name, const T& value);
   void BuildPrototype();
   // Diagnostics helpers, used with a trace only.
   void TraceMerge(const Node& driversDefaults);
@@ -162,8 +163,13 @@ class DsfXmlParser : public ReaderFrame {
   Node* m_DatabaseNode = nullptr;
   std::vector<Field*> m_DatabaseFields;
   std::vector<Field*> m_AddedFields;
+  // The bytes the prototype's long texts take in a node's block.
+  std::size_t m_PrototypeBytes = 0;
+  // The bytes of block the long texts of m_AddedFields took.
+  std::size_t m_AddedBytes = 0;
   // Room reserved beyond the prototype for a new database node: what the previous one added.
   std::size_t m_ExpectedAdded = 0;
+  std::size_t m_ExpectedAddedBytes = 0;
   // Scratch texts reused across events.
   std::string m_DatabaseName;
   std::string m_PlatformList;

@@ -126,13 +126,20 @@ TEST(FieldListTest, MatchesAPlainListThroughMixedEditsAndKeepsAddresses) {
         if (added) model.insert(model.begin() + static_cast<long>(at), {&*where, value});
         break;
       }
-      case 3:  // what the loaders do: room first, then additions without the scan
-        ModelBuilder::Reserve(list, 3);
-        for (int i = 0; i < 3; ++i) {
-          const Field& added = ModelBuilder::Append(list, value);
-          model.push_back({&added, value});
-        }
+      case 3: {  // what the loaders do: room first, then additions without the scan
+        const std::string text(10 + pick(20), 't');
+        ModelBuilder::Reserve(list, 4, pick(2) * (2 * ModelBuilder::TextBytes(value) + 40));
+        const Field& copied = ModelBuilder::AppendCopy(list, value);  // text in the block
+        model.push_back({&copied, value});
+        const Field& made = ModelBuilder::AppendText(list, "T", text);
+        model.push_back({&made, Field("T", text)});
+        const Field& plain = ModelBuilder::Append(list, value);
+        model.push_back({&plain, value});
+        Field& updated = ModelBuilder::AppendCopy(list, value);  // its block text is replaced
+        if (updated.ValueType() == Field::String) updated.Update(std::string(25, 'u'));
+        model.push_back({&updated, updated});
         break;
+      }
       case 4:
         if (model.empty()) break;
         if (at == model.size()) {
@@ -171,6 +178,32 @@ TEST(FieldListTest, MatchesAPlainListThroughMixedEditsAndKeepsAddresses) {
     }
     check(step);
   }
+}
+
+// A field whose long text its list's block holds behaves as any field: copies and
+// assignments own their texts, an update replaces the text, and all of them outlive the list.
+TEST(FieldListTest, TextsKeptInTheListsBlockAreNeverShared) {
+  const std::string longText(30, 'x');
+  std::vector<Field> kept;
+  Field assigned("a", true);
+  {
+    List list;
+    ModelBuilder::Reserve(list, 2, 2 * ModelBuilder::TextBytes(longText.size()));
+    Field& copied = ModelBuilder::AppendCopy(list, Field("c", longText));
+    const Field& made = ModelBuilder::AppendText(list, "m", longText);
+    kept.push_back(copied);
+    kept.push_back(made);
+    assigned = made;
+    copied.Update(std::string(40, 'y'));
+    kept.push_back(copied);
+    List copy(list);
+    list.erase(list.begin());
+    kept.push_back(copy.front());
+  }
+  EXPECT_EQ(kept, (std::vector<Field>{Field("c", longText), Field("m", longText),
+                                      Field("c", std::string(40, 'y')),
+                                      Field("c", std::string(40, 'y'))}));
+  EXPECT_EQ(assigned, Field("m", longText));
 }
 
 // A value that counts its living copies and can be told to fail its n-th copy.
