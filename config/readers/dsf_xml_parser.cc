@@ -40,9 +40,15 @@ ConfigManagerTypes::Field* ScanForField(ConfigManagerTypes::Node& node, const st
   return nullptr;
 }
 
-// Whether `name` (an element or attribute name, never null) is `word`.
+// Whether `name` (an element or attribute name, never null) is `word`, compared in place: a
+// shorter name stops the loop at its terminating zero, which no word holds.
 bool Is(const unsigned short* name, const ucs2string& word) {
-  return name[0] == word.c_str()[0] && name == word;
+  const auto* units = word.data();
+  const std::size_t size = word.size();
+  for (std::size_t i = 0; i < size; ++i) {
+    if (name[i] != units[i]) return false;
+  }
+  return name[size] == 0;
 }
 
 std::string Quoted(const std::string& text) {
@@ -154,7 +160,7 @@ void DsfXmlParser::Push(std::int32_t state, bool quiet) {
 
 // Element names are tested in the order of their frequency in a data-access file, most
 // frequent first; they exclude one another, so the order changes no result. Is() settles
-// most mismatches on the first unit, without a call.
+// most mismatches on the first unit.
 void DsfXmlParser::StartElementHandler(const unsigned short* name,
                                        const OrvXmlAttributeValue* attributes) {
   if (m_Trace != nullptr) ObserveStart(name, attributes);
