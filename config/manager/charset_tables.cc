@@ -114,6 +114,10 @@ void ConfigManagerImpl::BuildCharSetTables(const std::string& configDirectory,
   };
   Tables tables;
   std::vector<Entry> entries;
+  std::size_t databases = 0;
+  for (auto driver = dbDrivers.ch_begin(); driver != dbDrivers.ch_end(); ++driver)
+    databases += (*driver).ch_size();
+  entries.reserve(databases);
   // The databases of a driver mostly name one directory and table: the file of the last
   // pair is kept, so that its path is made once per run of equal pairs.
   std::string directory, unicode, tableName, lastDirectory, lastTableName;

@@ -51,12 +51,11 @@ bool EndsWith(const std::string& text, const std::string& tail) {
          text.compare(text.size() - tail.size(), tail.size(), tail) == 0;
 }
 
-// Reads the text value of `name` on `node`; false when the field is missing or not a text.
-bool ReadText(const ConfigManager::Node& node, const std::string& name, std::string& out) {
-  if (!node.Exists(name)) return false;
-  const ConfigManager::Field& field = node.Find(name);
-  if (field.ValueType() != ConfigManager::Field::String) return false;
-  field.Value(out);
+// Reads the text value of `field`, a node's first field of a name; false when there is none
+// (null) or it is not a text.
+bool ReadText(const ConfigManager::Field* field, std::string& out) {
+  if (field == nullptr || field->ValueType() != ConfigManager::Field::String) return false;
+  field->Value(out);
   return true;
 }
 
@@ -329,7 +328,7 @@ void ConfigManagerImpl::ScanExtensions(tree_node<Node>& database) {
   Node& node = database.value();
 
   std::string extensionList;
-  if (!ReadText(node, keys.Extensions, extensionList) || extensionList.empty()) {
+  if (!ReadText(node.FindFirst(keys.Extensions), extensionList) || extensionList.empty()) {
     if (m_Trace != nullptr && node.Exists(keys.Extensions) &&
         node.Find(keys.Extensions).ValueType() != Field::String) {
       const ValueOrigin* origin = m_Trace->OriginOf(node, keys.Extensions);
@@ -346,7 +345,7 @@ void ConfigManagerImpl::ScanExtensions(tree_node<Node>& database) {
   const std::vector<std::string> extensions = SplitAtCommas(extensionList);
 
   std::string capabilities;
-  ReadText(node, keys.DriverCapabilities, capabilities);
+  ReadText(node.FindFirst(keys.DriverCapabilities), capabilities);
   std::string configurationFile;
   if (m_Trace != nullptr && !node.Exists(keys.ConfigurationFile))
     m_Trace->SetCause(DiagnosticKind::MissingSetting, m_Trace->NodeLocation(node),
