@@ -40,7 +40,9 @@ Field::Storage::Storage(bool value) noexcept : m_Tag(Bool) {
 }
 
 Field::Storage::Storage(const Storage& other, void* room) {
-  if (IsText(other.m_Tag)) {
+  // A short text lives in the payload with its length, like the other values: copying the
+  // payload copies it.
+  if (IsText(other.m_Tag) && other.OutOfLine()) {
     Store(other.TextData(), other.TextSize(), room);
   } else {
     std::memcpy(m_Payload, other.m_Payload, kPayloadBytes);
