@@ -102,7 +102,8 @@ ConfigManagerImpl::CharSetListPtr ConfigManagerImpl::ReadCharSetList(const std::
 }
 
 void ConfigManagerImpl::BuildCharSetTables(const std::string& configDirectory,
-                                           tree_node<Node>& dbDrivers) {
+                                           tree_node<Node>& dbDrivers,
+                                           DsfXmlParser::DatabaseFields& databaseFields) {
   const ConfigKeys& keys = ConfigKeys::Instance();
   // Each table file by its base name, with its list once read (null until then), and the
   // databases that name one as (key, file) pairs in tree order. A database whose file fails
@@ -127,8 +128,10 @@ void ConfigManagerImpl::BuildCharSetTables(const std::string& configDirectory,
     for (auto database = (*driver).ch_begin(); database != (*driver).ch_end(); ++database) {
       const Node& node = (*database).value();
       const std::string& driverName = (*driver).value().Name();
+      Field* const* first = databaseFields.Of(*database);
       try {
-        node.Find(keys.Directory).Value(directory);
+        const Field* directoryField = FirstField(first, kDirectory, node, keys.Directory);
+        (directoryField != nullptr ? *directoryField : node.Find(keys.Directory)).Value(directory);
       } catch (...) {
         if (m_Trace != nullptr) {
           m_Trace->SetCause(DiagnosticKind::MissingSetting, m_Trace->NodeLocation(node),
@@ -149,7 +152,7 @@ void ConfigManagerImpl::BuildCharSetTables(const std::string& configDirectory,
       }
 
       // A missing "Unicode", or one that is not a text, counts as "CharSet".
-      const Field* unicodeField = node.FindFirst(keys.Unicode);
+      const Field* unicodeField = FirstField(first, kUnicode, node, keys.Unicode);
       if (unicodeField != nullptr && unicodeField->ValueType() == Field::String) {
         unicodeField->Value(unicode);
         if (unicode != keys.CharSet) continue;
@@ -174,7 +177,8 @@ void ConfigManagerImpl::BuildCharSetTables(const std::string& configDirectory,
                     LoadTrace::Describe(m_Trace->OriginOf(node, keys.CharSetTable)) +
                     ", not a file name.");
         }
-        node.Find(keys.CharSetTable).Value(tableName);
+        const Field* tableField = FirstField(first, kCharSetTable, node, keys.CharSetTable);
+        (tableField != nullptr ? *tableField : node.Find(keys.CharSetTable)).Value(tableName);
         if (last == nullptr || directory != lastDirectory || tableName != lastTableName) {
           last = nullptr;
           const std::string baseName =

@@ -1,6 +1,8 @@
 #include "qr_config/config/readers/dsf_xml_parser.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <type_traits>
 #include <utility>
@@ -133,6 +135,7 @@ void DsfXmlParser::BeginParse(const Poco::Path& file) {
 }
 
 void DsfXmlParser::EndParse() {
+  RecordDatabase();
   if (m_Trace == nullptr) return;
   for (std::size_t i = 0; i < m_ActivePatterns.size(); ++i) {
     if (m_ActiveMatchers[i]) continue;
@@ -200,6 +203,7 @@ void DsfXmlParser::StartElementHandler(const unsigned short* name,
     m_Libraries.clear();
     Push(InLibraries);
   } else if (Is(name, kDefaults)) {
+    if (m_CurrentNode == m_DatabaseNode) RecordDatabase();
     m_CurrentNode = &m_Defaults;
     Push(InDefaults);
   }
@@ -369,6 +373,7 @@ void DsfXmlParser::AddDatabase() {
   // one Bool, Long or String field per name (every change to them updates the first field
   // of a name or appends a new name), and the fields that follow were added to the prototype
   // by the push_back rule already.
+  if (m_CurrentNode == m_DatabaseNode) RecordDatabase();
   m_DatabaseNode = nullptr;
   if (!m_PrototypeValid) BuildPrototype();
   m_ExpectedAdded = m_AddedFields.size();
@@ -383,6 +388,7 @@ void DsfXmlParser::AddDatabase() {
   for (const Field& field : m_Prototype)
     m_DatabaseFields.push_back(&ModelBuilder::AppendCopy(node, field));
   m_DatabaseNode = &node;
+  m_DatabaseRecorded = m_Table == nullptr;
   m_CurrentTreeNode = &database;
   m_CurrentNode = &node;
   const auto entry = m_NameTable.try_emplace(m_DatabaseName, m_DatabaseName);
@@ -444,17 +450,68 @@ void DsfXmlParser::BuildPrototype() {
     m_PrototypeNames.try_emplace(field.Name(), index++);
     m_PrototypeBytes += ModelBuilder::TextBytes(field);
   }
+  m_RecordedPositions.clear();
+  if (m_Table != nullptr) {
+    for (const std::string* name : m_Table->m_Names) {
+      const auto known = m_PrototypeNames.find(*name);
+      m_RecordedPositions.push_back(known != m_PrototypeNames.end() ? known->second : kNoPosition);
+    }
+  }
   m_PrototypeValid = true;
 }
 
-DsfXmlParser::Field* DsfXmlParser::FirstField(const std::string& name) {
-  if (m_CurrentNode != m_DatabaseNode) return ScanForField(*m_CurrentNode, name);
+DsfXmlParser::Field* DsfXmlParser::FirstField(Node& node, const std::string& name) {
+  if (&node != m_DatabaseNode) return ScanForField(node, name);
   const auto known = m_PrototypeNames.find(name);
   if (known != m_PrototypeNames.end()) return m_DatabaseFields[known->second];
+  return AddedField(name);
+}
+
+DsfXmlParser::Field* DsfXmlParser::AddedField(const std::string& name) const {
   for (Field* field : m_AddedFields) {
     if (field->Name() == name) return field;
   }
   return nullptr;
+}
+
+void DsfXmlParser::RecordDatabase() {
+  if (m_DatabaseRecorded || m_DatabaseNode == nullptr) return;
+  DatabaseFields& table = *m_Table;
+  // Room first (growing geometrically), so that the node and its fields are recorded
+  // together or not at all.
+  const auto room = [](auto& list, std::size_t more) {
+    if (list.capacity() - list.size() < more)
+      list.reserve(std::max(list.size() + more, 2 * list.capacity()));
+  };
+  room(table.m_Nodes, 1);
+  room(table.m_Fields, table.m_Names.size());
+  table.m_Nodes.push_back(m_CurrentTreeNode);
+  // A name of the prototype has its first field there; another one among the added fields.
+  for (std::size_t i = 0; i < table.m_Names.size(); ++i) {
+    const std::size_t position = m_RecordedPositions[i];
+    table.m_Fields.push_back(position != kNoPosition ? m_DatabaseFields[position]
+                                                     : AddedField(*table.m_Names[i]));
+  }
+  m_DatabaseRecorded = true;
+}
+
+DsfXmlParser::Field* const* DsfXmlParser::DatabaseFields::Of(const TreeNode& node) {
+  const std::size_t count = m_Names.size();
+  if (m_Next < m_Nodes.size() && m_Nodes[m_Next] == &node) return &m_Fields[count * m_Next++];
+  // Asked out of order: look the node up by its address.
+  const std::less<const TreeNode*> before;
+  if (m_ByAddress.size() != m_Nodes.size()) {
+    m_ByAddress.resize(m_Nodes.size());
+    for (std::size_t i = 0; i < m_Nodes.size(); ++i) m_ByAddress[i] = i;
+    std::sort(m_ByAddress.begin(), m_ByAddress.end(),
+              [&](std::size_t a, std::size_t b) { return before(m_Nodes[a], m_Nodes[b]); });
+  }
+  const auto found = std::lower_bound(
+      m_ByAddress.begin(), m_ByAddress.end(), &node,
+      [&](std::size_t i, const TreeNode* wanted) { return before(m_Nodes[i], wanted); });
+  if (found == m_ByAddress.end() || m_Nodes[*found] != &node) return nullptr;
+  m_Next = *found + 1;
+  return &m_Fields[count * *found];
 }
 
 template <typename T>
@@ -494,7 +551,7 @@ bool DsfXmlParser::PlatformCheck(const OrvXmlAttributeValue* attributes) {
 
 void DsfXmlParser::SetLibrary(const std::string& value, std::string_view source) {
   if (m_CurrentNode == &m_Defaults) m_PrototypeValid = false;
-  Field* field = FirstField(kLibraryField);
+  Field* field = FirstField(*m_CurrentNode, kLibraryField);
   const ValueOrigin* before = nullptr;
   if (m_Trace != nullptr && field != nullptr) {
     before = m_Trace->OriginOf(*m_CurrentNode, *field);
@@ -510,7 +567,7 @@ void DsfXmlParser::SetLibrary(const std::string& value, std::string_view source)
 
 void DsfXmlParser::SetParameter() {
   if (m_CurrentNode == &m_Defaults) m_PrototypeValid = false;
-  Field* field = FirstField(m_ParameterName);
+  Field* field = FirstField(*m_CurrentNode, m_ParameterName);
   const ValueOrigin* before = nullptr;
   if (m_Trace != nullptr) {
     const std::string what = "<Parameter Name=" + Quoted(m_ParameterName) + ">";

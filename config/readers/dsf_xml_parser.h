@@ -78,6 +78,34 @@ class DsfXmlParser : public ReaderFrame {
                LoadTrace* trace = nullptr);
   ~DsfXmlParser() override;
 
+  // The first fields of some names in every database node that readers made: what
+  // Node::Find gives on each node once its reader has done with it. A caller that reads those
+  // fields of every database later looks them up here instead of walking each node again.
+  class DatabaseFields {
+   public:
+    // The names whose first fields are recorded, in the order Of gives them.
+    explicit DatabaseFields(std::vector<const std::string*> names) : m_Names(std::move(names)) {}
+    // The first field of each name in `node` (null for a name it lacks), or null when no
+    // reader recorded the node. Cheapest when asked in the order the nodes were made.
+    Field* const* Of(const TreeNode& node);
+
+   private:
+    friend class DsfXmlParser;
+    std::vector<const std::string*> m_Names;
+    std::vector<const TreeNode*> m_Nodes;
+    std::vector<Field*> m_Fields;          // m_Names.size() per node of m_Nodes
+    std::size_t m_Next = 0;                // where the next question is expected
+    std::vector<std::size_t> m_ByAddress;  // positions in m_Nodes by node address, when needed
+  };
+
+  // Records the database nodes this reader makes in `table` (null: none), each once the
+  // reader can no longer change its fields: when the next database or a "Defaults" section
+  // starts, or the file ends. The node being filled when a parse fails is not recorded.
+  void RecordDatabaseFields(DatabaseFields* table) {
+    m_Table = table;
+    m_PrototypeValid = false;  // its positions of the names are made with it
+  }
+
   // Restricts loading to databases whose whole name matches one of `patterns` (regular
   // expressions, tried in order until one matches); an empty list lifts the restriction.
   // Each pattern is compiled when it is first tried, so an invalid pattern behind one that
@@ -114,8 +142,12 @@ class DsfXmlParser : public ReaderFrame {
   bool PlatformCheck(const OrvXmlAttributeValue* attributes);
   void SetLibrary(const std::string& value, std::string_view source);
   void SetParameter();
-  // The first field of the current node named `name`, as Node::Find finds it, or null.
-  Field* FirstField(const std::string& name);
+  // The first field of `node` named `name`, as Node::Find finds it, or null.
+  Field* FirstField(Node& node, const std::string& name);
+  // The first of m_AddedFields named `name`, or null.
+  Field* AddedField(const std::string& name) const;
+  // Records the database node made last in m_Table, unless it is or there is none.
+  void RecordDatabase();
   // Appends a field named `name` holding `value` (a text, an integer or a boolean) to the
   // current node, which has no field of that name.
   template <typename T>
@@ -167,6 +199,12 @@ class DsfXmlParser : public ReaderFrame {
   std::size_t m_PrototypeBytes = 0;
   // The bytes of block the long texts of m_AddedFields took.
   std::size_t m_AddedBytes = 0;
+  DatabaseFields* m_Table = nullptr;
+  // The position in the prototype of the first field of each name m_Table records, or
+  // kNoPosition; made with the prototype.
+  static constexpr std::size_t kNoPosition = static_cast<std::size_t>(-1);
+  std::vector<std::size_t> m_RecordedPositions;
+  bool m_DatabaseRecorded = true;  // m_DatabaseNode is in m_Table, or needs not be
   // Room reserved beyond the prototype for a new database node: what the previous one added.
   std::size_t m_ExpectedAdded = 0;
   std::size_t m_ExpectedAddedBytes = 0;

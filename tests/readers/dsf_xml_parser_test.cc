@@ -76,6 +76,39 @@ TEST_F(DsfXmlParserTest, ParametersActOnTheFirstFieldOfTheirName) {
                                     ", V='1'}]");
 }
 
+// The table of first fields gives, for each database node the readers made, what Node::Find
+// gives once the reader is done with it, whatever the order of the questions; nothing for a
+// node it did not make or was still filling when the parse failed.
+TEST_F(DsfXmlParserTest, RecordsTheFirstFieldsOfEachDatabase) {
+  const std::string added = "Added", missing = "Missing", status = "Status";
+  DsfXmlParser::DatabaseFields table({&status, &added, &missing});
+  const XmlFile file(R"(<Data><DataBase Name="a" Active="Yes"><Parameter Name="Added">1</Parameter>
+    <Parameter Name="Added">2</Parameter></DataBase><DataBase Name="b" Active="Yes"/>
+    <Defaults/><Parameter Name="Added">x</Parameter></Data>)");
+  const XmlFile broken(R"(<Data><DataBase Name="c" Active="Yes"></Data>)");
+  {
+    DsfXmlParser reader(m_Defaults, m_Driver, m_Names, m_Setup);
+    reader.RecordDatabaseFields(&table);
+    reader.Parse(file.Path());
+    DsfXmlParser failing(m_Defaults, m_Driver, m_Names, m_Setup);
+    failing.RecordDatabaseFields(&table);
+    EXPECT_THROW(failing.Parse(broken.Path()), QRError);
+  }
+  ASSERT_EQ(m_Driver.ch_size(), 3u);
+  TreeNode& a = *m_Driver.ch_begin();
+  TreeNode& b = *std::next(m_Driver.ch_begin());
+  for (TreeNode* node : {&b, &a, &b}) {  // out of order, then in order again
+    Field* const* first = table.Of(*node);
+    ASSERT_NE(first, nullptr);
+    EXPECT_EQ(first[0], &node->value().Find("Status"));
+    EXPECT_EQ(first[1], node->value().Exists("Added") ? &node->value().Find("Added") : nullptr);
+    EXPECT_EQ(first[2], nullptr);
+  }
+  EXPECT_EQ(Describe(a.value().Find("Added")), "Added=2");
+  EXPECT_EQ(table.Of(*std::next(m_Driver.ch_begin(), 2)), nullptr);  // c: the parse failed
+  EXPECT_EQ(table.Of(m_Defaults), nullptr);
+}
+
 TEST_F(DsfXmlParserTest, LibraryLists) {
   Parse(Fixture("libraries.dsf"));
   const std::string fields = "{Status=0, Library='Undefined', " + m_Standard + "}";
