@@ -376,12 +376,12 @@ void DsfXmlParser::AddDatabase() {
   if (m_CurrentNode == m_DatabaseNode) RecordDatabase();
   m_DatabaseNode = nullptr;
   if (!m_PrototypeValid) BuildPrototype();
-  m_ExpectedAdded = m_AddedFields.size();
-  m_ExpectedAddedBytes = m_AddedBytes;
   TreeNode& database = ModelBuilder::AppendChild(m_Driver, m_DatabaseName);
   Node& node = database.value();
-  ModelBuilder::Reserve(node, m_Prototype.size() + m_ExpectedAdded,
-                        m_PrototypeBytes + m_ExpectedAddedBytes);
+  // Room for the prototype and for as many added fields and texts as the previous database
+  // took.
+  ModelBuilder::Reserve(node, m_Prototype.size() + m_AddedFields.size(),
+                        m_PrototypeBytes + m_AddedBytes);
   m_DatabaseFields.clear();
   m_AddedFields.clear();
   m_AddedBytes = 0;

@@ -204,10 +204,7 @@ class DsfXmlParser : public ReaderFrame {
   // kNoPosition; made with the prototype.
   static constexpr std::size_t kNoPosition = static_cast<std::size_t>(-1);
   std::vector<std::size_t> m_RecordedPositions;
-  bool m_DatabaseRecorded = true;  // m_DatabaseNode is in m_Table, or needs not be
-  // Room reserved beyond the prototype for a new database node: what the previous one added.
-  std::size_t m_ExpectedAdded = 0;
-  std::size_t m_ExpectedAddedBytes = 0;
+  bool m_DatabaseRecorded = true;  // m_DatabaseNode is in m_Table, or need not be
   // Scratch texts reused across events.
   std::string m_DatabaseName;
   std::string m_PlatformList;
