@@ -498,6 +498,10 @@ void DsfXmlParser::RecordDatabase() {
 DsfXmlParser::Field* const* DsfXmlParser::DatabaseFields::Of(const TreeNode& node) {
   const std::size_t count = m_Names.size();
   if (m_Next < m_Nodes.size() && m_Nodes[m_Next] == &node) return &m_Fields[count * m_Next++];
+  if (!m_Nodes.empty() && m_Nodes.front() == &node) {  // a new pass over the nodes
+    m_Next = 1;
+    return &m_Fields[0];
+  }
   // Asked out of order: look the node up by its address.
   const std::less<const TreeNode*> before;
   if (m_ByAddress.size() != m_Nodes.size()) {
