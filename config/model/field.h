@@ -30,7 +30,8 @@ class ModelBuilder;
 // Size: a configuration holds millions of fields, most of them copies of defaults, so the
 // layout is packed: the virtual table pointer, the name, the 32-bit tag and 12 bytes of value,
 // 56 bytes in all. Texts of up to 11 bytes live inside the field; longer ones in one heap block
-// of their own.
+// of their own, or, for a field the library's loaders made in a node (ModelBuilder), in the
+// block of the node's field list, released with that block.
 class QR_API ConfigManagerTypes::Field {
  public:
   // The kind of value a field holds; a 32-bit enumeration.
