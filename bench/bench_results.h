@@ -16,9 +16,11 @@ class BenchResults {
   // Seconds per parse of all the start-up XML files of `label` with Expat.
   static void RecordFloor(const std::string& label, double seconds);
   // Seconds per Initialize and per Destroy of `label` in `mode`, the seconds of the floor
-  // parses interleaved with them in the same iterations, and the ratio of the two.
+  // parses interleaved with them in the same iterations, the ratio of the two, and the same
+  // ratio of the thread's CPU times.
   static void RecordStartup(const std::string& label, const std::string& mode, double initSeconds,
-                            double destroySeconds, double floorSeconds, double floorRatio);
+                            double destroySeconds, double floorSeconds, double floorRatio,
+                            double cpuFloorRatio);
   // One hot query on the configuration of `label` from `threads` threads: heap allocations
   // per query, queries per second of all threads together, and CPU seconds per query of one
   // thread.

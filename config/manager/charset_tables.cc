@@ -2,6 +2,9 @@
 #include <Poco/File.h>
 #include <Poco/Path.h>
 
+#include <algorithm>
+#include <vector>
+
 #include "qr_config/config/manager/config_keys.h"
 #include "qr_config/config/manager/config_manager_impl.h"
 #include "qr_config/config/readers/diagnostic_text.h"
@@ -98,18 +101,36 @@ ConfigManagerImpl::CharSetListPtr ConfigManagerImpl::ReadCharSetList(const std::
 }
 
 void ConfigManagerImpl::BuildCharSetTables(const std::string& configDirectory,
-                                           tree_node<Node>& dbDrivers) {
+                                           tree_node<Node>& dbDrivers,
+                                           DsfXmlParser::DatabaseFields& databaseFields) {
   const ConfigKeys& keys = ConfigKeys::Instance();
-  std::map<std::string, std::string> tablePaths;      // key to file base name
-  std::map<std::string, CharSetListPtr> loadedLists;  // file base name to list
+  // Each table file by its base name, with its list once read (null until then), and the
+  // databases that name one as (key, file) pairs in tree order. A database whose file fails
+  // to read gets no table; a later database naming the same file tries again.
+  using Tables = std::map<std::string, CharSetListPtr>;
+  struct Entry {
+    std::string Key;
+    Tables::value_type* Table;
+  };
+  Tables tables;
+  std::vector<Entry> entries;
+  std::size_t databases = 0;
+  for (auto driver = dbDrivers.ch_begin(); driver != dbDrivers.ch_end(); ++driver)
+    databases += (*driver).ch_size();
+  entries.reserve(databases);
+  // The databases of a driver mostly name one directory and table: the file of the last
+  // pair is kept, so that its path is made once per run of equal pairs.
+  std::string directory, unicode, tableName, lastDirectory, lastTableName;
+  Tables::value_type* last = nullptr;
 
   for (auto driver = dbDrivers.ch_begin(); driver != dbDrivers.ch_end(); ++driver) {
     for (auto database = (*driver).ch_begin(); database != (*driver).ch_end(); ++database) {
       const Node& node = (*database).value();
       const std::string& driverName = (*driver).value().Name();
-      std::string directory;
+      Field* const* first = databaseFields.Of(*database);
       try {
-        node.Find(keys.Directory).Value(directory);
+        const Field* directoryField = FirstField(first, kDirectory, node, keys.Directory);
+        (directoryField != nullptr ? *directoryField : node.Find(keys.Directory)).Value(directory);
       } catch (...) {
         if (m_Trace != nullptr) {
           m_Trace->SetCause(DiagnosticKind::MissingSetting, m_Trace->NodeLocation(node),
@@ -128,18 +149,15 @@ void ConfigManagerImpl::BuildCharSetTables(const std::string& configDirectory,
         }
         ThrowQRError(QRErrorCode::MissingField);
       }
-      directory = JoinNative(configDirectory, directory);
 
-      std::string unicode = keys.CharSet;
-      try {
-        node.Find(keys.Unicode).Value(unicode);
-      } catch (const Quorin::Error&) {
-        unicode = keys.CharSet;
+      // A missing "Unicode", or one that is not a text, counts as "CharSet".
+      const Field* unicodeField = FirstField(first, kUnicode, node, keys.Unicode);
+      if (unicodeField != nullptr && unicodeField->ValueType() == Field::String) {
+        unicodeField->Value(unicode);
+        if (unicode != keys.CharSet) continue;
       }
-      if (unicode != keys.CharSet) continue;
 
       try {
-        std::string tableName;
         if (m_Trace != nullptr) {
           if (!node.Exists(keys.CharSetTable))
             m_Trace->SetCause(DiagnosticKind::CharSetTable, m_Trace->NodeLocation(node),
@@ -158,14 +176,22 @@ void ConfigManagerImpl::BuildCharSetTables(const std::string& configDirectory,
                     LoadTrace::Describe(m_Trace->OriginOf(node, keys.CharSetTable)) +
                     ", not a file name.");
         }
-        node.Find(keys.CharSetTable).Value(tableName);
-        const std::string baseName = Poco::Path(Poco::Path(directory), tableName).toString();
-        if (m_Trace != nullptr && loadedLists.find(baseName) == loadedLists.end()) {
+        const Field* tableField = FirstField(first, kCharSetTable, node, keys.CharSetTable);
+        (tableField != nullptr ? *tableField : node.Find(keys.CharSetTable)).Value(tableName);
+        if (last == nullptr || directory != lastDirectory || tableName != lastTableName) {
+          last = nullptr;
+          const std::string baseName =
+              Poco::Path(Poco::Path(JoinNative(configDirectory, directory)), tableName).toString();
+          last = &*tables.try_emplace(baseName).first;
+          lastDirectory = directory;
+          lastTableName = tableName;
+        }
+        if (m_Trace != nullptr && !last->second) {
           // A missing table is a mistake of the "CharSet Table" value: report it there.
           std::string extension;
           ReadSetting(keys.CharSetListExtension, extension,
                       "the extension of character-set lists and tables");
-          const std::string file = baseName + "." + extension;
+          const std::string file = last->first + "." + extension;
           if (!Poco::File(file).exists()) {
             const ValueOrigin* origin = m_Trace->OriginOf(node, keys.CharSetTable);
             m_Trace->SetCause(DiagnosticKind::CharSetTable,
@@ -177,10 +203,12 @@ void ConfigManagerImpl::BuildCharSetTables(const std::string& configDirectory,
             ThrowQRError(QRErrorCode::MissingField);
           }
         }
-        tablePaths.emplace(driverName + m_KeySeparator + node.Name(), baseName);
-        if (loadedLists.find(baseName) == loadedLists.end())
-          loadedLists.emplace(baseName,
-                              ReadCharSetList(baseName, keys.CharSets, FileRole::CharSetTable));
+        std::string key;
+        key.reserve(driverName.size() + m_KeySeparator.size() + node.Name().size());
+        key.append(driverName).append(m_KeySeparator).append(node.Name());
+        entries.push_back({std::move(key), last});
+        if (!last->second)
+          last->second = ReadCharSetList(last->first, keys.CharSets, FileRole::CharSetTable);
       } catch (const std::exception& error) {
         // This database simply gets no table; a later one naming the same file tries again.
         if (m_Trace != nullptr)
@@ -194,9 +222,19 @@ void ConfigManagerImpl::BuildCharSetTables(const std::string& configDirectory,
     }
   }
 
+  // The keys in order, the first entry of a key winning (the sort is stable), each with the
+  // list of its file when that was read by the end. Each insertion goes at the end.
+  std::stable_sort(entries.begin(), entries.end(),
+                   [](const Entry& a, const Entry& b) { return a.Key < b.Key; });
   m_CharSetTables.clear();
-  for (const auto& [key, baseName] : tablePaths) {
-    auto list = loadedLists.find(baseName);
-    if (list != loadedLists.end()) m_CharSetTables.emplace(key, list->second);
+  const std::string* previous = nullptr;
+  for (Entry& entry : entries) {
+    if (previous != nullptr && *previous == entry.Key) continue;
+    previous = &entry.Key;
+    if (entry.Table->second)
+      previous =
+          &m_CharSetTables
+               .emplace_hint(m_CharSetTables.end(), std::move(entry.Key), entry.Table->second)
+               ->first;
   }
 }

@@ -247,9 +247,10 @@ void ConfigManagerImpl::RunSteps() {
 
   std::vector<std::string> setupFiles;
   Step([&] { ListSetupFiles(configDirectory, setupFiles); });
+  DsfXmlParser::DatabaseFields databaseFields = DatabaseFieldTable();
   Step([&] {
-    LoadDrivers(setupFiles, drivers, configDirectory, driversDefaults, activeDataSources,
-                dbDrivers);
+    LoadDrivers(setupFiles, drivers, configDirectory, driversDefaults, activeDataSources, dbDrivers,
+                databaseFields);
   });
 
   Step([&] {
@@ -273,12 +274,19 @@ void ConfigManagerImpl::RunSteps() {
   for (auto it = dbDrivers.ch_begin(); it != dbDrivers.ch_end(); ++it)
     localization.ch_push_back(Node((*it).value().Name()));
 
-  Step([&] { BuildCharSetTables(configDirectory, dbDrivers); });
+  Step([&] { BuildCharSetTables(configDirectory, dbDrivers, databaseFields); });
   if (m_Trace != nullptr && m_Trace->WantsOnDemandFiles())
     Step([&] { CheckLocalizedFiles(configDirectory); });
 
   if (m_Trace != nullptr) m_Trace->ForgetSubtree(driversDefaults);
   root.ch_erase(defaultsIt);
+}
+
+DsfXmlParser::DatabaseFields ConfigManagerImpl::DatabaseFieldTable() {
+  const ConfigKeys& keys = ConfigKeys::Instance();
+  return DsfXmlParser::DatabaseFields({&keys.Extensions, &keys.DriverCapabilities,
+                                       &keys.ConfigurationFile, &keys.Directory, &keys.Unicode,
+                                       &keys.CharSetTable});
 }
 
 void ConfigManagerImpl::ApplyActiveDataSources(tree_node<Node>& activeDataSources) {

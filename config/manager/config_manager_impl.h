@@ -12,6 +12,7 @@
 
 #include "qr_config/config/manager/config_manager.h"
 #include "qr_config/config/readers/drv_xml_parser.h"
+#include "qr_config/config/readers/dsf_xml_parser.h"
 #include "qr_config/config/readers/load_observer.h"
 
 class LoadTrace;
@@ -96,18 +97,39 @@ class ConfigManagerImpl : public ConfigManager {
                                  FileRole role);
   void ApplyActiveDataSources(tree_node<Node>& activeDataSources);
   void ListSetupFiles(const std::string& configDirectory, std::vector<std::string>& files);
+  // The fields of every database node that the steps after loading read (the extension scan,
+  // the character-set pass): the data-access readers record the first field of each of these
+  // names in a DsfXmlParser::DatabaseFields made by DatabaseFieldTable, in this order, so
+  // that those steps need not walk the nodes' fields again.
+  enum DatabaseField {
+    kExtensions,
+    kDriverCapabilities,
+    kConfigurationFile,
+    kDirectory,
+    kUnicode,
+    kCharSetTable
+  };
+  static DsfXmlParser::DatabaseFields DatabaseFieldTable();
+  // The first field of `node` named `name`: first[which] when the readers recorded the node
+  // (`first` not null), else by a walk of its fields; null when there is none.
+  static const Field* FirstField(Field* const* first, DatabaseField which, const Node& node,
+                                 const std::string& name) {
+    return first != nullptr ? first[which] : node.FindFirst(name);
+  }
   void LoadDrivers(const std::vector<std::string>& setupFiles,
                    const std::vector<DriverEntry>& drivers, const std::string& configDirectory,
                    tree_node<Node>& driversDefaults, tree_node<Node>& activeDataSources,
-                   tree_node<Node>& dbDrivers);
-  void ScanExtensions(tree_node<Node>& database);
+                   tree_node<Node>& dbDrivers, DsfXmlParser::DatabaseFields& databaseFields);
+  // `first`: the database's first fields as the readers recorded them, or null.
+  void ScanExtensions(tree_node<Node>& database, Field* const* first);
   // Diagnostics of driver loading, with a trace only.
   void TraceServerModeFlag();
   void TraceSetupSkipped(const class SetupXmlParser& setup, DiagnosticKind kind);
   void TraceDriverCoverage(const std::vector<DriverEntry>& drivers,
                            const tree_node<Node>& activeDataSources,
                            const std::unordered_map<std::string, std::string>& setupOf);
-  void BuildCharSetTables(const std::string& configDirectory, tree_node<Node>& dbDrivers);
+  void BuildCharSetTables(const std::string& configDirectory, tree_node<Node>& dbDrivers,
+                          DsfXmlParser::DatabaseFields& databaseFields);
   // With a trace that wants on-demand files: reads each localised driver file that
   // GetLocalizedDriver would read for the running platform's locales, for diagnostics only.
   void CheckLocalizedFiles(const std::string& configDirectory);

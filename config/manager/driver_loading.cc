@@ -50,12 +50,11 @@ bool EndsWith(const std::string& text, const std::string& tail) {
          text.compare(text.size() - tail.size(), tail.size(), tail) == 0;
 }
 
-// Reads the text value of `name` on `node`; false when the field is missing or not a text.
-bool ReadText(const ConfigManager::Node& node, const std::string& name, std::string& out) {
-  if (!node.Exists(name)) return false;
-  const ConfigManager::Field& field = node.Find(name);
-  if (field.ValueType() != ConfigManager::Field::String) return false;
-  field.Value(out);
+// Reads the text value of `field`, a node's first field of a name; false when there is none
+// (null) or it is not a text.
+bool ReadText(const ConfigManager::Field* field, std::string& out) {
+  if (field == nullptr || field->ValueType() != ConfigManager::Field::String) return false;
+  field->Value(out);
   return true;
 }
 
@@ -175,8 +174,8 @@ void ConfigManagerImpl::LoadDrivers(const std::vector<std::string>& setupFiles,
                                     const std::vector<DriverEntry>& drivers,
                                     const std::string& configDirectory,
                                     tree_node<Node>& driversDefaults,
-                                    tree_node<Node>& activeDataSources,
-                                    tree_node<Node>& dbDrivers) {
+                                    tree_node<Node>& activeDataSources, tree_node<Node>& dbDrivers,
+                                    DsfXmlParser::DatabaseFields& databaseFields) {
   const ConfigKeys& keys = ConfigKeys::Instance();
 
   bool ignoreFailures = true;
@@ -269,6 +268,7 @@ void ConfigManagerImpl::LoadDrivers(const std::vector<std::string>& setupFiles,
 
       std::map<std::string, std::string>& names = m_DatabaseNames[driver];
       DsfXmlParser reader(driversDefaults, *driverNode, names, setup, m_Trace);
+      reader.RecordDatabaseFields(&databaseFields);
       if (filterActive) {
         std::vector<std::string> patterns;
         std::vector<SourceLocation> places;
@@ -320,15 +320,16 @@ void ConfigManagerImpl::LoadDrivers(const std::vector<std::string>& setupFiles,
 
   for (auto driver = dbDrivers.ch_begin(); driver != dbDrivers.ch_end(); ++driver)
     for (auto database = (*driver).ch_begin(); database != (*driver).ch_end(); ++database)
-      ScanExtensions(*database);
+      ScanExtensions(*database, databaseFields.Of(*database));
 }
 
-void ConfigManagerImpl::ScanExtensions(tree_node<Node>& database) {
+void ConfigManagerImpl::ScanExtensions(tree_node<Node>& database, Field* const* first) {
   const ConfigKeys& keys = ConfigKeys::Instance();
   Node& node = database.value();
 
   std::string extensionList;
-  if (!ReadText(node, keys.Extensions, extensionList) || extensionList.empty()) {
+  if (!ReadText(FirstField(first, kExtensions, node, keys.Extensions), extensionList) ||
+      extensionList.empty()) {
     if (m_Trace != nullptr && node.Exists(keys.Extensions) &&
         node.Find(keys.Extensions).ValueType() != Field::String) {
       const ValueOrigin* origin = m_Trace->OriginOf(node, keys.Extensions);
@@ -345,7 +346,7 @@ void ConfigManagerImpl::ScanExtensions(tree_node<Node>& database) {
   const std::vector<std::string> extensions = SplitAtCommas(extensionList);
 
   std::string capabilities;
-  ReadText(node, keys.DriverCapabilities, capabilities);
+  ReadText(FirstField(first, kDriverCapabilities, node, keys.DriverCapabilities), capabilities);
   std::string configurationFile;
   if (m_Trace != nullptr && !node.Exists(keys.ConfigurationFile))
     m_Trace->SetCause(DiagnosticKind::MissingSetting, m_Trace->NodeLocation(node),
@@ -354,7 +355,9 @@ void ConfigManagerImpl::ScanExtensions(tree_node<Node>& database) {
                           "\" (it was not made by a data-access file): the extension scan fails "
                           "with QRError 261.",
                       keys.ConfigurationFile);
-  node.Find(keys.ConfigurationFile).Value(configurationFile);
+  const Field* configuration = FirstField(first, kConfigurationFile, node, keys.ConfigurationFile);
+  (configuration != nullptr ? *configuration : node.Find(keys.ConfigurationFile))
+      .Value(configurationFile);
 
   const Poco::Path directory(Poco::Path(configurationFile).parent(), "extensions");
   const Poco::File directoryFile(directory);

@@ -26,8 +26,8 @@ bool IsText(Field::ValueTag tag) {
 // The payload is raw bytes: values and the block address are copied in and out with memcpy,
 // so the payload needs no alignment of its own.
 
-Field::Storage::Storage(ValueTag tag, const char* text, std::size_t size) {
-  Store(text, size);
+Field::Storage::Storage(ValueTag tag, const char* text, std::size_t size, void* room) {
+  Store(text, size, room);
   m_Tag = tag;
 }
 
@@ -39,9 +39,11 @@ Field::Storage::Storage(bool value) noexcept : m_Tag(Bool) {
   m_Payload[0] = value ? 1 : 0;
 }
 
-Field::Storage::Storage(const Storage& other) {
-  if (IsText(other.m_Tag)) {
-    Store(other.TextData(), other.TextSize());
+Field::Storage::Storage(const Storage& other, void* room) {
+  // A short text lives in the payload with its length, like the other values: copying the
+  // payload copies it.
+  if (IsText(other.m_Tag) && other.OutOfLine()) {
+    Store(other.TextData(), other.TextSize(), room);
   } else {
     std::memcpy(m_Payload, other.m_Payload, kPayloadBytes);
   }
@@ -60,25 +62,25 @@ void Field::Storage::swap(Storage& other) noexcept {
   std::memcpy(other.m_Payload, payload, kPayloadBytes);
 }
 
-bool Field::Storage::OnHeap() const noexcept {
-  return m_Payload[kInlineBytes] == kOnHeap;
+bool Field::Storage::OutOfLine() const noexcept {
+  return m_Payload[kInlineBytes] >= kLent;
 }
 
-const unsigned char* Field::Storage::HeapBlock() const noexcept {
+const unsigned char* Field::Storage::TextBlock() const noexcept {
   const unsigned char* block;
   std::memcpy(&block, m_Payload, sizeof block);
   return block;
 }
 
 const char* Field::Storage::TextData() const noexcept {
-  if (!OnHeap()) return reinterpret_cast<const char*>(m_Payload);
-  return reinterpret_cast<const char*>(HeapBlock() + sizeof(std::size_t));
+  if (!OutOfLine()) return reinterpret_cast<const char*>(m_Payload);
+  return reinterpret_cast<const char*>(TextBlock() + sizeof(std::size_t));
 }
 
 std::size_t Field::Storage::TextSize() const noexcept {
-  if (!OnHeap()) return m_Payload[kInlineBytes];
+  if (!OutOfLine()) return m_Payload[kInlineBytes];
   std::size_t size;
-  std::memcpy(&size, HeapBlock(), sizeof size);
+  std::memcpy(&size, TextBlock(), sizeof size);
   return size;
 }
 
@@ -92,22 +94,23 @@ bool Field::Storage::Boolean() const noexcept {
   return m_Payload[0] != 0;
 }
 
-void Field::Storage::Store(const char* text, std::size_t size) {
+void Field::Storage::Store(const char* text, std::size_t size, void* room) {
   if (size <= kInlineBytes) {
     if (size != 0) std::memcpy(m_Payload, text, size);
     m_Payload[kInlineBytes] = static_cast<unsigned char>(size);
     return;
   }
   if (size > static_cast<std::size_t>(-1) - sizeof size) throw std::bad_alloc();
-  auto* block = new unsigned char[sizeof size + size];
+  auto* block =
+      room != nullptr ? static_cast<unsigned char*>(room) : new unsigned char[sizeof size + size];
   std::memcpy(block, &size, sizeof size);
   std::memcpy(block + sizeof size, text, size);
   std::memcpy(m_Payload, &block, sizeof block);
-  m_Payload[kInlineBytes] = kOnHeap;
+  m_Payload[kInlineBytes] = room != nullptr ? kLent : kOnHeap;
 }
 
 void Field::Storage::Release() noexcept {
-  if (IsText(m_Tag) && OnHeap()) delete[] HeapBlock();
+  if (IsText(m_Tag) && m_Payload[kInlineBytes] == kOnHeap) delete[] TextBlock();
 }
 
 void Field::Storage::SetText(const char* text, std::size_t size) {
@@ -159,6 +162,21 @@ Field::Field(const std::string& name, std::int32_t value) : m_Name(name), m_Valu
 Field::Field(const std::string& name, bool value) : m_Name(name), m_Value(value) {}
 
 Field::Field(const Field& other) = default;
+
+Field::Field(const Field& other, void* room) : m_Name(other.m_Name), m_Value(other.m_Value, room) {}
+
+Field::Field(const std::string& name, const std::string& value, void* room)
+    : m_Name(name), m_Value(String, value.data(), value.size(), room) {}
+
+std::size_t Field::OutOfLineBytes(std::size_t size) noexcept {
+  if (size <= Storage::kInlineBytes) return 0;
+  const std::size_t most = static_cast<std::size_t>(-1);
+  return size > most - sizeof size ? most : sizeof size + size;  // no room is that large
+}
+
+std::size_t Field::OutOfLineBytes() const noexcept {
+  return IsText(m_Value.Tag()) ? OutOfLineBytes(m_Value.TextSize()) : 0;
+}
 
 Field& Field::operator=(const Field& other) {
   if (this != &other) {

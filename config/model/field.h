@@ -9,6 +9,10 @@
 #include "qr_config/config/model/config_manager_types.h"
 #include "qr_config/platform/i18n_string.h"
 
+template <typename T>
+class tnode;
+class ModelBuilder;
+
 // A field is a name and one value of a fixed kind: a text, a UTF-8 text, a signed 32-bit
 // integer or a boolean (or nothing, for a default-made field). The kind is set when the field
 // is made and changes only when another field is assigned to it. A field never converts:
@@ -26,7 +30,8 @@
 // Size: a configuration holds millions of fields, most of them copies of defaults, so the
 // layout is packed: the virtual table pointer, the name, the 32-bit tag and 12 bytes of value,
 // 56 bytes in all. Texts of up to 11 bytes live inside the field; longer ones in one heap block
-// of their own.
+// of their own, or, for a field the library's loaders made in a node (ModelBuilder), in the
+// block of the node's field list, released with that block.
 class QR_API ConfigManagerTypes::Field {
  public:
   // The kind of value a field holds; a 32-bit enumeration.
@@ -86,17 +91,34 @@ class QR_API ConfigManagerTypes::Field {
   bool operator!=(const Field& other) { return !(static_cast<const Field&>(*this) == other); }
 
  private:
+  // The library's loaders make fields in a list whose blocks hold their long texts.
+  friend class tnode<ConfigManagerTypes::Field>;
+  friend class ::ModelBuilder;
+
+  // Bytes that a text of `size` bytes takes outside the field: none when it fits inside.
+  static std::size_t OutOfLineBytes(std::size_t size) noexcept;
+  // The same for a copy of this field's value (none unless it is a long text).
+  std::size_t OutOfLineBytes() const noexcept;
+  // A copy of `other`, and a String field, as the public constructors make them, except that
+  // a text too long for the field is written to `room` (OutOfLineBytes of it, in memory that
+  // the list holding the field owns and releases with itself) instead of a heap block of the
+  // field's own. A null `room` gives the public constructors' result.
+  Field(const Field& other, void* room);
+  Field(const std::string& name, const std::string& value, void* room);
+
   // The tag and the value, with the ownership of a text value. Texts of up to kInlineBytes
   // bytes are held in the payload, followed by their length in its last byte; a longer text
-  // lives in a heap block (its length, then its bytes) whose address fills the payload's
-  // first bytes, and the last byte holds kOnHeap. Copies duplicate the text.
+  // lives outside (its length, then its bytes) at an address that fills the payload's first
+  // bytes, and the last byte says where: kOnHeap, a heap block the value owns, or kLent,
+  // memory it was given and never releases. Copies duplicate the text into a heap block.
   class Storage {
    public:
     Storage() noexcept = default;
-    Storage(ValueTag tag, const char* text, std::size_t size);  // tag String or UTF8String
+    // Tag String or UTF8String; a long text goes to `room` when it is not null.
+    Storage(ValueTag tag, const char* text, std::size_t size, void* room = nullptr);
     explicit Storage(std::int32_t value) noexcept;
     explicit Storage(bool value) noexcept;
-    Storage(const Storage& other);
+    Storage(const Storage& other, void* room = nullptr);
     Storage& operator=(const Storage&) = delete;
     ~Storage();
 
@@ -113,15 +135,17 @@ class QR_API ConfigManagerTypes::Field {
     void SetBool(bool value) noexcept;
     bool operator==(const Storage& other) const noexcept;
 
-   private:
     static constexpr std::size_t kPayloadBytes = 12;
     static constexpr std::size_t kInlineBytes = kPayloadBytes - 1;
-    static constexpr unsigned char kOnHeap = 0xFF;
 
-    bool OnHeap() const noexcept;
-    const unsigned char* HeapBlock() const noexcept;
-    // Writes `text` into the empty payload: inline, or in a new heap block.
-    void Store(const char* text, std::size_t size);
+   private:
+    static constexpr unsigned char kOnHeap = 0xFF;
+    static constexpr unsigned char kLent = 0xFE;
+
+    bool OutOfLine() const noexcept;
+    const unsigned char* TextBlock() const noexcept;
+    // Writes `text` into the empty payload: inline, or at `room`, or in a new heap block.
+    void Store(const char* text, std::size_t size, void* room);
     void Release() noexcept;
 
     ValueTag m_Tag = None;

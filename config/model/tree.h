@@ -5,8 +5,6 @@
 #include <cassert>
 #include <cstddef>
 #include <iterator>
-#include <list>
-#include <memory>
 #include <utility>
 #include <vector>
 
@@ -18,6 +16,7 @@ template <typename T>
 class tree_node;
 template <typename T>
 class const_tree_node_ch_iter;
+class ModelBuilder;
 
 // Bidirectional iterator over one tree node's children; dereferences to the child's
 // tree_node<T>&. Valid until that child is removed from the list.
@@ -32,34 +31,42 @@ class tree_node_ch_iter {
 
   tree_node_ch_iter() = default;
 
-  reference operator*() const { return **m_It; }
-  pointer operator->() const { return *m_It; }
+  reference operator*() const { return *m_Child; }
+  pointer operator->() const { return m_Child; }
   tree_node_ch_iter& operator++() {
-    ++m_It;
+    m_Child = m_Child->m_Next;
     return *this;
   }
-  tree_node_ch_iter operator++(int) { return tree_node_ch_iter(m_It++); }
+  tree_node_ch_iter operator++(int) {
+    tree_node_ch_iter old = *this;
+    ++*this;
+    return old;
+  }
   tree_node_ch_iter& operator--() {
-    --m_It;
+    m_Child = m_Child != nullptr ? m_Child->m_Prev : m_Parent->m_FirstChild->m_Prev;
     return *this;
   }
-  tree_node_ch_iter operator--(int) { return tree_node_ch_iter(m_It--); }
+  tree_node_ch_iter operator--(int) {
+    tree_node_ch_iter old = *this;
+    --*this;
+    return old;
+  }
 
   friend bool operator==(const tree_node_ch_iter& a, const tree_node_ch_iter& b) {
-    return a.m_It == b.m_It;
+    return a.m_Child == b.m_Child && (a.m_Child != nullptr || a.m_Parent == b.m_Parent);
   }
   friend bool operator!=(const tree_node_ch_iter& a, const tree_node_ch_iter& b) {
-    return a.m_It != b.m_It;
+    return !(a == b);
   }
 
  private:
   friend class tree<T>;
   friend class tree_node<T>;
   friend class const_tree_node_ch_iter<T>;
-  using Base = typename std::list<tree_node<T>*>::iterator;
-  explicit tree_node_ch_iter(Base it) : m_It(it) {}
+  tree_node_ch_iter(tree_node<T>* child, tree_node<T>* parent) : m_Child(child), m_Parent(parent) {}
 
-  Base m_It{};
+  tree_node<T>* m_Child = nullptr;   // null: the end position
+  tree_node<T>* m_Parent = nullptr;  // whose children are walked
 };
 
 // The same over a const tree node: dereferences to const tree_node<T>&.
@@ -73,39 +80,52 @@ class const_tree_node_ch_iter {
   using reference = const tree_node<T>&;
 
   const_tree_node_ch_iter() = default;
-  const_tree_node_ch_iter(const tree_node_ch_iter<T>& it) : m_It(it.m_It) {}  // NOLINT: implicit
+  const_tree_node_ch_iter(const tree_node_ch_iter<T>& it)  // NOLINT: implicit
+      : m_Child(it.m_Child), m_Parent(it.m_Parent) {}
 
-  reference operator*() const { return **m_It; }
-  pointer operator->() const { return *m_It; }
+  reference operator*() const { return *m_Child; }
+  pointer operator->() const { return m_Child; }
   const_tree_node_ch_iter& operator++() {
-    ++m_It;
+    m_Child = m_Child->m_Next;
     return *this;
   }
-  const_tree_node_ch_iter operator++(int) { return const_tree_node_ch_iter(m_It++); }
+  const_tree_node_ch_iter operator++(int) {
+    const_tree_node_ch_iter old = *this;
+    ++*this;
+    return old;
+  }
   const_tree_node_ch_iter& operator--() {
-    --m_It;
+    m_Child = m_Child != nullptr ? m_Child->m_Prev : m_Parent->m_FirstChild->m_Prev;
     return *this;
   }
-  const_tree_node_ch_iter operator--(int) { return const_tree_node_ch_iter(m_It--); }
+  const_tree_node_ch_iter operator--(int) {
+    const_tree_node_ch_iter old = *this;
+    --*this;
+    return old;
+  }
 
   friend bool operator==(const const_tree_node_ch_iter& a, const const_tree_node_ch_iter& b) {
-    return a.m_It == b.m_It;
+    return a.m_Child == b.m_Child && (a.m_Child != nullptr || a.m_Parent == b.m_Parent);
   }
   friend bool operator!=(const const_tree_node_ch_iter& a, const const_tree_node_ch_iter& b) {
-    return a.m_It != b.m_It;
+    return !(a == b);
   }
 
  private:
   friend class tree_node<T>;
-  using Base = typename std::list<tree_node<T>*>::const_iterator;
-  explicit const_tree_node_ch_iter(Base it) : m_It(it) {}
+  const_tree_node_ch_iter(const tree_node<T>* child, const tree_node<T>* parent)
+      : m_Child(child), m_Parent(parent) {}
 
-  Base m_It{};
+  const tree_node<T>* m_Child = nullptr;   // null: the end position
+  const tree_node<T>* m_Parent = nullptr;  // whose children are walked
 };
 
 // One node of a tree: a value, a pointer to its parent (null for a root) and the ordered
 // list of its children, which it owns. Children's names need not be unique. Not copyable:
 // copy subtrees with tree<T>. Not synchronised.
+//
+// Storage: one allocation per tree node; the children list is made of links inside the
+// children themselves, so a child costs no allocation of its own in its parent's list.
 template <typename T>
 class tree_node {
  public:
@@ -115,7 +135,7 @@ class tree_node {
   // A node holding a copy of `value` under `parent` (null for a root), without children. It
   // is not linked into the parent's list: use ch_push_back to add a child.
   tree_node(const T& value, tree_node* parent) : m_Value(value), m_Parent(parent) {}
-  // Destroys the value and the list, not the children: the owning tree destroys subtrees
+  // Destroys the value, not the children: the owning tree destroys subtrees
   // (tree<T>::destruct), every node exactly once.
   ~tree_node() = default;
   tree_node(const tree_node&) = delete;
@@ -128,36 +148,72 @@ class tree_node {
 
   // Appends a new child holding a copy of `value` (no test for a child of the same name)
   // and returns its iterator. On failure (memory) nothing is added.
-  ch_iterator ch_push_back(const T& value) {
-    AppendChild(value);
-    return ch_iterator(std::prev(m_Children.end()));
-  }
+  ch_iterator ch_push_back(const T& value) { return ch_iterator(AppendChild(value), this); }
   // Destroys the child at `child` with its whole subtree and removes it from the list.
   // `child` must designate a child of this node.
   void ch_erase(ch_iterator child) noexcept {
-    tree_node* node = *child.m_It;
-    m_Children.erase(child.m_It);
-    tree<T>::destruct(node);
+    Unlink(child.m_Child);
+    tree<T>::destruct(child.m_Child);
   }
 
-  ch_iterator ch_begin() noexcept { return ch_iterator(m_Children.begin()); }
-  ch_iterator ch_end() noexcept { return ch_iterator(m_Children.end()); }
-  const_ch_iterator ch_begin() const noexcept { return const_ch_iterator(m_Children.begin()); }
-  const_ch_iterator ch_end() const noexcept { return const_ch_iterator(m_Children.end()); }
-  std::size_t ch_size() const noexcept { return m_Children.size(); }
+  ch_iterator ch_begin() noexcept { return ch_iterator(m_FirstChild, this); }
+  ch_iterator ch_end() noexcept { return ch_iterator(nullptr, this); }
+  const_ch_iterator ch_begin() const noexcept { return const_ch_iterator(m_FirstChild, this); }
+  const_ch_iterator ch_end() const noexcept { return const_ch_iterator(nullptr, this); }
+  std::size_t ch_size() const noexcept { return m_ChildCount; }
 
  private:
   friend class tree<T>;
+  friend class tree_node_ch_iter<T>;
+  friend class const_tree_node_ch_iter<T>;
+  // The library's loaders add children through it (model_builder.h).
+  friend class ::ModelBuilder;
 
-  tree_node* AppendChild(const T& value) {
-    auto child = std::make_unique<tree_node>(value, this);
-    m_Children.push_back(child.get());
-    return child.release();
+  struct InPlace {};
+  // A node whose value is made from `args`, under `parent`, without children.
+  template <typename... Args>
+  tree_node(InPlace, tree_node* parent, Args&&... args)
+      : m_Value(std::forward<Args>(args)...), m_Parent(parent) {}
+
+  // Makes a child from `args` (a value to copy, or what makes one) and links it last.
+  template <typename... Args>
+  tree_node* AppendChild(Args&&... args) {
+    tree_node* child = new tree_node(InPlace{}, this, std::forward<Args>(args)...);
+    if (m_FirstChild == nullptr) {
+      child->m_Prev = child;
+      m_FirstChild = child;
+    } else {
+      tree_node* last = m_FirstChild->m_Prev;
+      child->m_Prev = last;
+      last->m_Next = child;
+      m_FirstChild->m_Prev = child;
+    }
+    ++m_ChildCount;
+    return child;
+  }
+
+  // Takes `child` out of this node's children; its own links are left as they were.
+  void Unlink(tree_node* child) noexcept {
+    if (child == m_FirstChild) {
+      m_FirstChild = child->m_Next;
+      if (m_FirstChild != nullptr) m_FirstChild->m_Prev = child->m_Prev;
+    } else {
+      child->m_Prev->m_Next = child->m_Next;
+      if (child->m_Next != nullptr) {
+        child->m_Next->m_Prev = child->m_Prev;
+      } else {
+        m_FirstChild->m_Prev = child->m_Prev;
+      }
+    }
+    --m_ChildCount;
   }
 
   T m_Value;
   tree_node* m_Parent;
-  std::list<tree_node*> m_Children;  // owned
+  tree_node* m_FirstChild = nullptr;
+  tree_node* m_Prev = nullptr;  // previous sibling; the first child's is the last child
+  tree_node* m_Next = nullptr;  // next sibling; null for the last child
+  std::size_t m_ChildCount = 0;
 };
 
 // A tree of T (instantiated for ConfigManager::Node): a pointer to its root, null when empty.
@@ -215,9 +271,10 @@ class tree {
   // nothing is copied. `child` must designate a child of `parent`, which may lie in this
   // tree or in another.
   tree& assign_cut(tree_node<T>& parent, tree_node_ch_iter<T> child) noexcept {
-    tree_node<T>* taken = *child.m_It;
-    parent.m_Children.erase(child.m_It);
+    tree_node<T>* taken = child.m_Child;
+    parent.Unlink(taken);
     taken->m_Parent = nullptr;
+    taken->m_Prev = taken->m_Next = nullptr;
     destruct(m_Root);
     m_Root = taken;
     return *this;
@@ -248,10 +305,10 @@ class tree {
     if (node == nullptr) return;
     tree_node<T>* current = node;
     for (;;) {
-      while (!current->m_Children.empty()) current = current->m_Children.front();
+      while (current->m_FirstChild != nullptr) current = current->m_FirstChild;
       if (current == node) break;
       tree_node<T>* parent = current->m_Parent;
-      parent->m_Children.pop_front();
+      parent->Unlink(current);
       delete current;
       current = parent;
     }
@@ -268,20 +325,20 @@ class tree {
     tree_node<T>* made = new tree_node<T>(source->m_Value, parent);
     try {
       struct Frame {
-        const tree_node<T>* Source;
-        typename std::list<tree_node<T>*>::const_iterator Next;  // next child to copy
+        const tree_node<T>* Next;  // next child to copy, null when done
         tree_node<T>* Copy;
       };
-      std::vector<Frame> stack{{source, source->m_Children.begin(), made}};
+      std::vector<Frame> stack{{source->m_FirstChild, made}};
       while (!stack.empty()) {
         Frame& top = stack.back();
-        if (top.Next == top.Source->m_Children.end()) {
+        if (top.Next == nullptr) {
           stack.pop_back();
           continue;
         }
-        const tree_node<T>* child = *top.Next++;
+        const tree_node<T>* child = top.Next;
+        top.Next = child->m_Next;
         tree_node<T>* childCopy = top.Copy->AppendChild(child->m_Value);
-        stack.push_back({child, child->m_Children.begin(), childCopy});
+        stack.push_back({child->m_FirstChild, childCopy});
       }
     } catch (...) {
       destruct(made);  // every node made so far is linked below `made`

@@ -1,10 +1,14 @@
 #include "qr_config/config/readers/dsf_xml_parser.h"
 #include "qr_config/config/readers/diagnostic_text.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <functional>
 #include <memory>
+#include <type_traits>
 #include <utility>
 
+#include "qr_config/config/model/model_builder.h"
 #include "qr_config/config/readers/load_trace.h"
 #include "qr_config/platform/i18n_string.h"
 #include "qr_config/platform/process.h"
@@ -36,11 +40,22 @@ const std::string kDirectoryField("Directory");
 
 // The first field named `name`, as Node::Find finds it, or null: one scan where Node::Exists
 // followed by Node::Find would take two.
-ConfigManagerTypes::Field* FirstField(ConfigManagerTypes::Node& node, const std::string& name) {
+ConfigManagerTypes::Field* ScanForField(ConfigManagerTypes::Node& node, const std::string& name) {
   for (ConfigManagerTypes::Field& field : node) {
     if (field.Name() == name) return &field;
   }
   return nullptr;
+}
+
+// Whether `name` (an element or attribute name, never null) is `word`, compared in place: a
+// shorter name stops the loop at its terminating zero, which no word holds.
+bool Is(const unsigned short* name, const ucs2string& word) {
+  const auto* units = word.data();
+  const std::size_t size = word.size();
+  for (std::size_t i = 0; i < size; ++i) {
+    if (name[i] != units[i]) return false;
+  }
+  return name[size] == 0;
 }
 
 }  // namespace
@@ -65,7 +80,8 @@ DsfXmlParser::DsfXmlParser(const TreeNode& driversDefaults, TreeNode& driver,
       m_NameTable(nameTable),
       m_Setup(setup),
       m_Defaults(kDefaultsNode),
-      m_Libraries(kLibrariesNode) {
+      m_Libraries(kLibrariesNode),
+      m_Prototype(kDefaultsNode) {
   m_States.push_back(Skip);
   SetTrace(trace);
   if (trace == nullptr) {
@@ -94,9 +110,11 @@ void DsfXmlParser::SetActiveDatabases(const std::vector<std::string>& patterns,
 
 void DsfXmlParser::BeginParse(const Poco::Path& file) {
   m_FileName = file.toString();
+  m_PrototypeValid = false;
 }
 
 void DsfXmlParser::EndParse() {
+  RecordDatabase();
   if (m_Trace == nullptr) return;
   for (std::size_t i = 0; i < m_ActivePatterns.size(); ++i) {
     if (m_ActiveMatchers[i]) continue;
@@ -123,28 +141,29 @@ void DsfXmlParser::Push(std::int32_t state, bool quiet) {
 }
 
 // Element names are tested in the order of their frequency in a data-access file, most
-// frequent first; they exclude one another, so the order changes no result.
+// frequent first; they exclude one another, so the order changes no result. Is() settles
+// most mismatches on the first unit.
 void DsfXmlParser::StartElementHandler(const unsigned short* name,
                                        const OrvXmlAttributeValue* attributes) {
   if (m_Trace != nullptr) ObserveStart(name, attributes);
-  if (name == kParameter) {
+  if (Is(name, kParameter)) {
     if (Top() == Skip) {
       if (m_Trace != nullptr) TraceOutOfPlace("Parameter");
       Push(Skip);
       return;
     }
     for (const OrvXmlAttributeValue* a = attributes; a->Name != nullptr; ++a) {
-      if (a->Name == kName) ReaderText::Assign(a->Value, m_ParameterName);
+      if (Is(a->Name, kName)) ReaderText::Assign(a->Value, m_ParameterName);
     }
     const bool applies = PlatformCheck(attributes);
     Push(applies ? InText : Skip, !applies);
-  } else if (name == kAlias) {
+  } else if (Is(name, kAlias)) {
     if (Top() != InDatabase && m_Trace != nullptr) TraceOutOfPlace("Alias");
     Push(Top() == InDatabase ? InAlias : Skip);
-  } else if (name == kDataBase) {
+  } else if (Is(name, kDataBase)) {
     const bool accepted = Accept(attributes);
     Push(accepted ? InDatabase : Skip, !accepted);
-  } else if (name == kLibrary) {
+  } else if (Is(name, kLibrary)) {
     if (Top() == Skip) {
       if (m_Trace != nullptr) TraceOutOfPlace("Library");
       Push(Skip);
@@ -152,7 +171,7 @@ void DsfXmlParser::StartElementHandler(const unsigned short* name,
     }
     const bool applies = PlatformCheck(attributes);
     Push(applies ? InText : Skip, !applies);
-  } else if (name == kLibraries) {
+  } else if (Is(name, kLibraries)) {
     if (Top() == Skip) {
       if (m_Trace != nullptr) TraceOutOfPlace("Libraries");
       Push(Skip);
@@ -162,7 +181,8 @@ void DsfXmlParser::StartElementHandler(const unsigned short* name,
     if (m_Trace != nullptr) m_Trace->Forget(m_Libraries);
     m_Libraries.clear();
     Push(InLibraries);
-  } else if (name == kDefaults) {
+  } else if (Is(name, kDefaults)) {
+    if (m_CurrentNode == m_DatabaseNode) RecordDatabase();
     m_CurrentNode = &m_Defaults;
     Push(InDefaults);
   }
@@ -170,14 +190,14 @@ void DsfXmlParser::StartElementHandler(const unsigned short* name,
 
 void DsfXmlParser::EndElementHandler(const unsigned short* name) {
   EndScope scope(*this);
-  if (name == kParameter) {
+  if (Is(name, kParameter)) {
     if (Top() == InText) {
       SetParameter();
       m_ParameterName.clear();
       m_Text.clear();
     }
     Pop();
-  } else if (name == kAlias) {
+  } else if (Is(name, kAlias)) {
     if (Top() == InAlias) {
       const auto entry = m_NameTable.try_emplace(m_Text, m_CurrentNode->Name());
       if (m_Trace != nullptr) {
@@ -194,9 +214,9 @@ void DsfXmlParser::EndElementHandler(const unsigned short* name) {
       m_Text.clear();
     }
     Pop();
-  } else if (name == kDataBase || name == kDefaults) {
+  } else if (Is(name, kDataBase) || Is(name, kDefaults)) {
     Pop();
-  } else if (name == kLibrary) {
+  } else if (Is(name, kLibrary)) {
     if (Pop() != InText) return;
     if (Top() == InLibraries) {
       const bool added = m_Libraries.push_back(Field(kLibraryField, m_Text));
@@ -210,7 +230,7 @@ void DsfXmlParser::EndElementHandler(const unsigned short* name) {
       SetLibrary(m_Text, m_CurrentNode == &m_Defaults ? "Defaults" : "DataBase");
     }
     m_Text.clear();
-  } else if (name == kLibraries) {
+  } else if (Is(name, kLibraries)) {
     Pop();
     if (Top() == InDatabase && !m_Libraries.empty()) {
       TreeNode& list = *m_CurrentTreeNode->ch_push_back(m_Libraries);
@@ -249,15 +269,15 @@ bool DsfXmlParser::Accept(const OrvXmlAttributeValue* attributes) {
   bool platform = true;
   if (m_Trace != nullptr) m_HasActive = false;
   for (const OrvXmlAttributeValue* a = attributes; a->Name != nullptr; ++a) {
-    if (a->Name == kName) {
+    if (Is(a->Name, kName)) {
       ReaderText::Assign(a->Value, m_DatabaseName);
-    } else if (a->Name == kActive) {
+    } else if (Is(a->Name, kActive)) {
       active = !(a->Value == kNo);
       if (m_Trace != nullptr) {
         ReaderText::Assign(a->Value, m_Active);
         m_HasActive = true;
       }
-    } else if (a->Name == kPlatform) {
+    } else if (Is(a->Name, kPlatform)) {
       platform = PlatformSupported(a->Value);
     }
   }
@@ -326,21 +346,28 @@ bool DsfXmlParser::MatchesActivePattern() {
 }
 
 void DsfXmlParser::AddDatabase() {
-  // The node is appended first and filled in place, which saves copying it. The defaults hold
-  // one Bool, Long or String field per name (every change to them updates the first field of
-  // a name or appends a new name), so merging them into the empty node with Node::Update
-  // appends each of them in order: a plain copy of the list gives the same fields without
-  // Update's searches.
-  TreeNode& database = *m_Driver.ch_push_back(Node(m_DatabaseName));
+  // The node is appended first and filled in place, which saves copying it. Its first fields
+  // are copies of the prototype's, without the duplicate test: merging the defaults into the
+  // empty node with Node::Update would append each of them in order, since the defaults hold
+  // one Bool, Long or String field per name (every change to them updates the first field
+  // of a name or appends a new name), and the fields that follow were added to the prototype
+  // by the push_back rule already.
+  if (m_CurrentNode == m_DatabaseNode) RecordDatabase();
+  m_DatabaseNode = nullptr;
+  if (!m_PrototypeValid) BuildPrototype();
+  TreeNode& database = ModelBuilder::AppendChild(m_Driver, m_DatabaseName);
   Node& node = database.value();
-  static_cast<tnode<Field>&>(node) = m_Defaults;
-  const bool fileAdded = node.push_back(Field(kConfigurationFileField, m_FileName));
-  const bool directoryAdded = node.push_back(Field(kDirectoryField, m_Setup.Directory()));
-  std::vector<bool> versionsAdded;
-  for (const auto& version : m_Setup.Versions()) {
-    const bool added = node.push_back(Field(version.first, version.second));
-    if (m_Trace != nullptr) versionsAdded.push_back(added);
-  }
+  // Room for the prototype and for as many added fields and texts as the previous database
+  // took.
+  ModelBuilder::Reserve(node, m_Prototype.size() + m_AddedFields.size(),
+                        m_PrototypeBytes + m_AddedBytes);
+  m_DatabaseFields.clear();
+  m_AddedFields.clear();
+  m_AddedBytes = 0;
+  for (const Field& field : m_Prototype)
+    m_DatabaseFields.push_back(&ModelBuilder::AppendCopy(node, field));
+  m_DatabaseNode = &node;
+  m_DatabaseRecorded = m_Table == nullptr;
   m_CurrentTreeNode = &database;
   m_CurrentNode = &node;
   const auto entry = m_NameTable.try_emplace(m_DatabaseName, m_DatabaseName);
@@ -353,15 +380,15 @@ void DsfXmlParser::AddDatabase() {
     for (const Field& field : m_Defaults) fields.push_back(m_Trace->OriginOf(m_Defaults, field));
     const SetupXmlParser::Places& places = m_Setup.ResultPlaces();
     const std::string_view setupFile = m_Setup.File();
-    if (fileAdded)
+    if (m_FileAdded)
       fields.push_back(
           m_Trace->NewOrigin({setupFile, places.DataFileName, 0}, "setup file", m_FileName));
-    if (directoryAdded)
+    if (m_DirectoryAdded)
       fields.push_back(
           m_Trace->NewOrigin({setupFile, places.Directory, 0}, "setup file", m_Setup.Directory()));
     std::size_t index = 0;
     for (const auto& version : m_Setup.Versions()) {
-      if (!versionsAdded[index++]) continue;
+      if (!m_VersionsAdded[index++]) continue;
       const auto line = places.Versions.find(version.first);
       fields.push_back(
           m_Trace->NewOrigin({setupFile, line == places.Versions.end() ? 0 : line->second, 0},
@@ -386,6 +413,104 @@ void DsfXmlParser::AddDatabase() {
   }
 }
 
+void DsfXmlParser::BuildPrototype() {
+  m_PrototypeNames.clear();
+  m_Prototype.clear();
+  ModelBuilder::Reserve(m_Prototype, m_Defaults.size() + 2 + m_Setup.Versions().size());
+  for (const Field& field : m_Defaults) ModelBuilder::Append(m_Prototype, field);
+  m_FileAdded = m_Prototype.push_back(Field(kConfigurationFileField, m_FileName));
+  m_DirectoryAdded = m_Prototype.push_back(Field(kDirectoryField, m_Setup.Directory()));
+  m_VersionsAdded.clear();
+  for (const auto& version : m_Setup.Versions())
+    m_VersionsAdded.push_back(m_Prototype.push_back(Field(version.first, version.second)));
+  std::size_t index = 0;
+  m_PrototypeBytes = 0;
+  for (const Field& field : m_Prototype) {
+    m_PrototypeNames.try_emplace(field.Name(), index++);
+    m_PrototypeBytes += ModelBuilder::TextBytes(field);
+  }
+  m_RecordedPositions.clear();
+  if (m_Table != nullptr) {
+    for (const std::string* name : m_Table->m_Names) {
+      const auto known = m_PrototypeNames.find(*name);
+      m_RecordedPositions.push_back(known != m_PrototypeNames.end() ? known->second : kNoPosition);
+    }
+  }
+  m_PrototypeValid = true;
+}
+
+DsfXmlParser::Field* DsfXmlParser::FirstField(Node& node, const std::string& name) {
+  if (&node != m_DatabaseNode) return ScanForField(node, name);
+  const auto known = m_PrototypeNames.find(name);
+  if (known != m_PrototypeNames.end()) return m_DatabaseFields[known->second];
+  return AddedField(name);
+}
+
+DsfXmlParser::Field* DsfXmlParser::AddedField(const std::string& name) const {
+  for (Field* field : m_AddedFields) {
+    if (field->Name() == name) return field;
+  }
+  return nullptr;
+}
+
+void DsfXmlParser::RecordDatabase() {
+  if (m_DatabaseRecorded || m_DatabaseNode == nullptr) return;
+  DatabaseFields& table = *m_Table;
+  // Room first (growing geometrically), so that the node and its fields are recorded
+  // together or not at all.
+  const auto room = [](auto& list, std::size_t more) {
+    if (list.capacity() - list.size() < more)
+      list.reserve(std::max(list.size() + more, 2 * list.capacity()));
+  };
+  room(table.m_Nodes, 1);
+  room(table.m_Fields, table.m_Names.size());
+  table.m_Nodes.push_back(m_CurrentTreeNode);
+  // A name of the prototype has its first field there; another one among the added fields.
+  for (std::size_t i = 0; i < table.m_Names.size(); ++i) {
+    const std::size_t position = m_RecordedPositions[i];
+    table.m_Fields.push_back(position != kNoPosition ? m_DatabaseFields[position]
+                                                     : AddedField(*table.m_Names[i]));
+  }
+  m_DatabaseRecorded = true;
+}
+
+DsfXmlParser::Field* const* DsfXmlParser::DatabaseFields::Of(const TreeNode& node) {
+  const std::size_t count = m_Names.size();
+  if (m_Next < m_Nodes.size() && m_Nodes[m_Next] == &node) return &m_Fields[count * m_Next++];
+  if (!m_Nodes.empty() && m_Nodes.front() == &node) {  // a new pass over the nodes
+    m_Next = 1;
+    return &m_Fields[0];
+  }
+  // Asked out of order: look the node up by its address.
+  const std::less<const TreeNode*> before;
+  if (m_ByAddress.size() != m_Nodes.size()) {
+    m_ByAddress.resize(m_Nodes.size());
+    for (std::size_t i = 0; i < m_Nodes.size(); ++i) m_ByAddress[i] = i;
+    std::sort(m_ByAddress.begin(), m_ByAddress.end(),
+              [&](std::size_t a, std::size_t b) { return before(m_Nodes[a], m_Nodes[b]); });
+  }
+  const auto found = std::lower_bound(
+      m_ByAddress.begin(), m_ByAddress.end(), &node,
+      [&](std::size_t i, const TreeNode* wanted) { return before(m_Nodes[i], wanted); });
+  if (found == m_ByAddress.end() || m_Nodes[*found] != &node) return nullptr;
+  m_Next = *found + 1;
+  return &m_Fields[count * *found];
+}
+
+template <typename T>
+void DsfXmlParser::AddField(const std::string& name, const T& value) {
+  if (m_CurrentNode != m_DatabaseNode) {
+    ModelBuilder::Append(*m_CurrentNode, name, value);
+    return;
+  }
+  if constexpr (std::is_same_v<T, std::string>) {
+    m_AddedFields.push_back(&ModelBuilder::AppendText(*m_CurrentNode, name, value));
+    m_AddedBytes += ModelBuilder::TextBytes(value.size());
+  } else {
+    m_AddedFields.push_back(&ModelBuilder::Append(*m_CurrentNode, name, value));
+  }
+}
+
 bool DsfXmlParser::PlatformSupported(const unsigned short* list) {
   ReaderText::Assign(list, m_PlatformList);
   const Process& process = Process::Instance();
@@ -402,24 +527,26 @@ bool DsfXmlParser::PlatformSupported(const unsigned short* list) {
 
 bool DsfXmlParser::PlatformCheck(const OrvXmlAttributeValue* attributes) {
   for (const OrvXmlAttributeValue* a = attributes; a->Name != nullptr; ++a) {
-    if (a->Name == kPlatform) return PlatformSupported(a->Value);
+    if (Is(a->Name, kPlatform)) return PlatformSupported(a->Value);
   }
   return true;
 }
 
 void DsfXmlParser::SetLibrary(const std::string& value, std::string_view source) {
+  if (m_CurrentNode == &m_Defaults) m_PrototypeValid = false;
   Field* field = FirstField(*m_CurrentNode, kLibraryField);
   if (m_Trace != nullptr && field != nullptr && field->ValueType() != Field::String)
     SetMismatchCause(*field, kLibraryField, value);
   if (field != nullptr) {
     field->Update(value);
   } else {
-    m_CurrentNode->push_back(Field(kLibraryField, value));
+    AddField(kLibraryField, value);
   }
   if (m_Trace != nullptr) TraceSet(field, source, value);
 }
 
 void DsfXmlParser::SetParameter() {
+  if (m_CurrentNode == &m_Defaults) m_PrototypeValid = false;
   Field* field = FirstField(*m_CurrentNode, m_ParameterName);
   if (m_Trace != nullptr) {
     const std::string what = "<Parameter Name=" + Quoted(m_ParameterName) + ">";
@@ -436,7 +563,19 @@ void DsfXmlParser::SetParameter() {
   if (field != nullptr) {
     StoreValue(*field, m_Text);
   } else {
-    m_CurrentNode->push_back(MakeField(m_ParameterName, m_Text));
+    // The field is made in place, typed as MakeField types it.
+    const Value value = Classify(m_Text);
+    switch (value.Type) {
+      case Value::Bool:
+        AddField(m_ParameterName, value.Boolean);
+        break;
+      case Value::Long:
+        AddField(m_ParameterName, value.Integer);
+        break;
+      case Value::String:
+        AddField(m_ParameterName, m_Text);
+        break;
+    }
   }
   if (m_Trace != nullptr)
     TraceSet(field, m_CurrentNode == &m_Defaults ? "Defaults" : "DataBase", m_Text);
@@ -448,7 +587,7 @@ void DsfXmlParser::TraceMerge(const Node& driversDefaults) {
   // The merge runs field by field, each through Node::Update itself, so that the origin of
   // every default is known and a failure names the two values that clash.
   for (const Field& field : driversDefaults) {
-    Field* before = FirstField(m_Defaults, field.Name());
+    Field* before = ScanForField(m_Defaults, field.Name());
     const ValueOrigin* beforeOrigin = before ? m_Trace->OriginOf(m_Defaults, *before) : nullptr;
     const ValueOrigin* source = m_Trace->OriginOf(driversDefaults, field);
     const bool clash = before != nullptr && before->ValueType() != field.ValueType() &&
@@ -465,7 +604,7 @@ void DsfXmlParser::TraceMerge(const Node& driversDefaults) {
     Node one(field.Name());
     one.push_back(field);
     m_Defaults.Update(one);
-    Field* after = FirstField(m_Defaults, field.Name());
+    Field* after = ScanForField(m_Defaults, field.Name());
     if (after == nullptr) continue;
     m_Trace->SetOrigin(
         m_Defaults, *after,

@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "qr_config/config/model/tree.h"
@@ -46,7 +47,11 @@
 // one took, the cause of a type mismatch, and the origin of every field it sets.
 //
 // Cost: no allocation per event beyond the nodes, fields and table entries it creates; each
-// active-database pattern is compiled when it is first tried, once.
+// active-database pattern is compiled when it is first tried, once. Every database node made
+// from the same defaults starts with the same fields: the reader builds them once (the
+// prototype, with an index of their names) and copies them into one block per node, so that
+// neither the copy nor a "Parameter" or "Library" of the database searches the node's
+// fields from the front.
 class DsfXmlParser : public ReaderFrame {
  public:
   using TreeNode = tree_node<Node>;
@@ -72,6 +77,34 @@ class DsfXmlParser : public ReaderFrame {
                std::map<std::string, std::string>& nameTable, const SetupXmlParser& setup,
                LoadTrace* trace = nullptr);
   ~DsfXmlParser() override;
+
+  // The first fields of some names in every database node that readers made: what
+  // Node::Find gives on each node once its reader has done with it. A caller that reads those
+  // fields of every database later looks them up here instead of walking each node again.
+  class DatabaseFields {
+   public:
+    // The names whose first fields are recorded, in the order Of gives them.
+    explicit DatabaseFields(std::vector<const std::string*> names) : m_Names(std::move(names)) {}
+    // The first field of each name in `node` (null for a name it lacks), or null when no
+    // reader recorded the node. Cheapest when asked in the order the nodes were made.
+    Field* const* Of(const TreeNode& node);
+
+   private:
+    friend class DsfXmlParser;
+    std::vector<const std::string*> m_Names;
+    std::vector<const TreeNode*> m_Nodes;
+    std::vector<Field*> m_Fields;          // m_Names.size() per node of m_Nodes
+    std::size_t m_Next = 0;                // where the next question is expected
+    std::vector<std::size_t> m_ByAddress;  // positions in m_Nodes by node address, when needed
+  };
+
+  // Records the database nodes this reader makes in `table` (null: none), each once the
+  // reader can no longer change its fields: when the next database or a "Defaults" section
+  // starts, or the file ends. The node being filled when a parse fails is not recorded.
+  void RecordDatabaseFields(DatabaseFields* table) {
+    m_Table = table;
+    m_PrototypeValid = false;  // its positions of the names are made with it
+  }
 
   // Restricts loading to databases whose whole name matches one of `patterns` (regular
   // expressions, tried in order until one matches); an empty list lifts the restriction.
@@ -109,6 +142,17 @@ class DsfXmlParser : public ReaderFrame {
   bool PlatformCheck(const OrvXmlAttributeValue* attributes);
   void SetLibrary(const std::string& value, std::string_view source);
   void SetParameter();
+  // The first field of `node` named `name`, as Node::Find finds it, or null.
+  Field* FirstField(Node& node, const std::string& name);
+  // The first of m_AddedFields named `name`, or null.
+  Field* AddedField(const std::string& name) const;
+  // Records the database node made last in m_Table, unless it is or there is none.
+  void RecordDatabase();
+  // Appends a field named `name` holding `value` (a text, an integer or a boolean) to the
+  // current node, which has no field of that name.
+  template <typename T>
+  void AddField(const std::string& name, const T& value);
+  void BuildPrototype();
   // Diagnostics helpers, used with a trace only.
   void TraceMerge(const Node& driversDefaults);
   void TraceOutOfPlace(const char* element);
@@ -133,6 +177,33 @@ class DsfXmlParser : public ReaderFrame {
   Node* m_CurrentNode = nullptr;          // m_Defaults or the database accepted last
   std::string m_ParameterName;
   std::string m_Text;
+  // The first fields of every database node made from the current defaults, in order: the
+  // defaults, then "Configuration File", "Directory" and the versions, each added by the
+  // push_back rule (which ones were is kept for the trace). Rebuilt when a database is
+  // accepted after a "Parameter" or "Library" acted on the defaults.
+  Node m_Prototype;
+  bool m_PrototypeValid = false;
+  bool m_FileAdded = false;
+  bool m_DirectoryAdded = false;
+  std::vector<bool> m_VersionsAdded;
+  // Each name of the prototype, with the position of its first field there.
+  std::unordered_map<std::string_view, std::size_t> m_PrototypeNames;
+  // The node of the database accepted last, its copies of the prototype's fields in order,
+  // and the fields it added since. Its fields are these, in this order: the reader appends
+  // and never removes.
+  Node* m_DatabaseNode = nullptr;
+  std::vector<Field*> m_DatabaseFields;
+  std::vector<Field*> m_AddedFields;
+  // The bytes the prototype's long texts take in a node's block.
+  std::size_t m_PrototypeBytes = 0;
+  // The bytes of block the long texts of m_AddedFields took.
+  std::size_t m_AddedBytes = 0;
+  DatabaseFields* m_Table = nullptr;
+  // The position in the prototype of the first field of each name m_Table records, or
+  // kNoPosition; made with the prototype.
+  static constexpr std::size_t kNoPosition = static_cast<std::size_t>(-1);
+  std::vector<std::size_t> m_RecordedPositions;
+  bool m_DatabaseRecorded = true;  // m_DatabaseNode is in m_Table, or need not be
   // Scratch texts reused across events.
   std::string m_DatabaseName;
   std::string m_PlatformList;

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "qr_config/config/model/model_builder.h"
+
 namespace {
 
 using Node = ConfigManagerTypes::Node;
@@ -89,6 +91,37 @@ TEST(TreeTest, AssignCutMovesNodesWithoutCopying) {
   EXPECT_EQ(Shape(taker.root()), "r(b)");
   part.assign_cut(part.root(), ++part.root().ch_begin());  // a child of its own root
   EXPECT_EQ(Shape(part.root()), "a2");
+}
+
+// The children's links live in the children: removing the first, a middle and the last
+// child, and cutting one out, leaves the others in order both ways, with the right count.
+TEST(TreeTest, ChildListStaysLinkedThroughRemovalsAtEveryPosition) {
+  tree<Node> t(Node("r"));
+  tree_node<Node>& r = t.root();
+  for (const char* name : {"a", "b", "c", "d", "e", "f"}) r.ch_push_back(Node(name));
+  const auto backwards = [&r] {
+    std::string names;
+    for (auto it = r.ch_end(); it != r.ch_begin();) names += (*--it).value().Name();
+    return names;
+  };
+  r.ch_erase(r.ch_begin());                // first
+  r.ch_erase(std::next(r.ch_begin(), 2));  // middle: d
+  r.ch_erase(std::prev(r.ch_end()));       // last
+  EXPECT_EQ(Shape(r), "r(b c e)");
+  EXPECT_EQ(backwards(), "ecb");
+  tree<Node> cut;
+  cut.assign_cut(r, std::prev(r.ch_end()));
+  EXPECT_EQ(Shape(cut.root()), "e");
+  EXPECT_EQ(cut.root().ch_size(), 0u);
+  ModelBuilder::AppendChild(r, std::string("g"));  // made in place, appended like ch_push_back
+  EXPECT_EQ(Shape(r), "r(b c g)");
+  EXPECT_EQ(backwards(), "gcb");
+  EXPECT_EQ(r.ch_size(), 3u);
+  EXPECT_EQ(std::prev(r.ch_end())->parent(), &r);
+  while (r.ch_size() > 0) r.ch_erase(r.ch_begin());
+  EXPECT_EQ(r.ch_begin(), r.ch_end());
+  r.ch_push_back(Node("h"));
+  EXPECT_EQ(Shape(r), "r(h)");
 }
 
 TEST(TreeTest, DestroysDepthFirstEveryNodeOnce) {

@@ -60,6 +60,55 @@ TEST_F(DsfXmlParserTest, DefaultsReachLaterDatabasesAndParametersUpdateThem) {
                                     m_Standard + "}]");
 }
 
+// A database's "Parameter" acts on the first field of its name, wherever it came from: the
+// defaults, the setup file (added only when no equal field is there), or the database itself.
+TEST_F(DsfXmlParserTest, ParametersActOnTheFirstFieldOfTheirName) {
+  const XmlFile file(R"(<Data><Defaults><Parameter Name="Directory">dir</Parameter>
+    <Parameter Name="V">0</Parameter></Defaults>
+    <DataBase Name="d" Active="Yes"><Parameter Name="V">2</Parameter>
+    <Parameter Name="Directory">own</Parameter><Parameter Name="New">a</Parameter>
+    <Parameter Name="New">b</Parameter><Parameter Name="Status">3</Parameter></DataBase>
+    <DataBase Name="e" Active="Yes"/></Data>)");
+  Parse(file.Path());
+  const std::string path = "Configuration File='" + file.Path().toString() + "'";
+  EXPECT_EQ(Describe(m_Driver), "Drv{}[d{Status=3, Directory='own', V=2, " + path +
+                                    ", V='1', New='b'} e{Status=0, Directory='dir', V=0, " + path +
+                                    ", V='1'}]");
+}
+
+// The table of first fields gives, for each database node the readers made, what Node::Find
+// gives once the reader is done with it, whatever the order of the questions; nothing for a
+// node it did not make or was still filling when the parse failed.
+TEST_F(DsfXmlParserTest, RecordsTheFirstFieldsOfEachDatabase) {
+  const std::string added = "Added", missing = "Missing", status = "Status";
+  DsfXmlParser::DatabaseFields table({&status, &added, &missing});
+  const XmlFile file(R"(<Data><DataBase Name="a" Active="Yes"><Parameter Name="Added">1</Parameter>
+    <Parameter Name="Added">2</Parameter></DataBase><DataBase Name="b" Active="Yes"/>
+    <Defaults/><Parameter Name="Added">x</Parameter></Data>)");
+  const XmlFile broken(R"(<Data><DataBase Name="c" Active="Yes"></Data>)");
+  {
+    DsfXmlParser reader(m_Defaults, m_Driver, m_Names, m_Setup);
+    reader.RecordDatabaseFields(&table);
+    reader.Parse(file.Path());
+    DsfXmlParser failing(m_Defaults, m_Driver, m_Names, m_Setup);
+    failing.RecordDatabaseFields(&table);
+    EXPECT_THROW(failing.Parse(broken.Path()), QRError);
+  }
+  ASSERT_EQ(m_Driver.ch_size(), 3u);
+  TreeNode& a = *m_Driver.ch_begin();
+  TreeNode& b = *std::next(m_Driver.ch_begin());
+  for (TreeNode* node : {&b, &a, &b}) {  // out of order, then in order again
+    Field* const* first = table.Of(*node);
+    ASSERT_NE(first, nullptr);
+    EXPECT_EQ(first[0], &node->value().Find("Status"));
+    EXPECT_EQ(first[1], node->value().Exists("Added") ? &node->value().Find("Added") : nullptr);
+    EXPECT_EQ(first[2], nullptr);
+  }
+  EXPECT_EQ(Describe(a.value().Find("Added")), "Added=2");
+  EXPECT_EQ(table.Of(*std::next(m_Driver.ch_begin(), 2)), nullptr);  // c: the parse failed
+  EXPECT_EQ(table.Of(m_Defaults), nullptr);
+}
+
 TEST_F(DsfXmlParserTest, LibraryLists) {
   Parse(Fixture("libraries.dsf"));
   const std::string fields = "{Status=0, Library='Undefined', " + m_Standard + "}";
