@@ -32,15 +32,19 @@ bool IsLowSurrogate(char32_t u) {
 }  // namespace
 
 void AppendUtf16AsUtf8(const ucs2char* units, std::size_t count, std::string& out) {
-  // ASCII runs dominate configuration files: copy them without the general path.
+  // ASCII runs dominate configuration files: each run is copied in one piece.
   std::size_t i = 0;
   while (i < count) {
-    char32_t u = units[i];
-    if (u < 0x80) {
-      out.push_back(static_cast<char>(u));
-      ++i;
-      continue;
+    std::size_t end = i;
+    while (end < count && units[end] < 0x80) ++end;
+    if (end != i) {
+      const std::size_t at = out.size();
+      out.resize(at + (end - i));
+      char* target = &out[at];
+      for (; i < end; ++i) *target++ = static_cast<char>(units[i]);
+      if (i == count) return;
     }
+    char32_t u = units[i];
     if (IsHighSurrogate(u) && i + 1 < count && IsLowSurrogate(units[i + 1])) {
       char32_t c = 0x10000 + ((u - 0xD800) << 10) + (units[i + 1] - 0xDC00);
       AppendScalarUtf8(c, out);
