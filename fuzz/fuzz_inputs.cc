@@ -21,6 +21,7 @@
 #include "qr_config/platform/regular_expression.h"
 #include "qr_config/platform/xml_parser.h"
 #include "qr_config/qr_config.h"
+#include "support/temp_installation.h"
 
 #ifndef QR_SAMPLE_CONFIG_DIR
 #error "QR_SAMPLE_CONFIG_DIR must name examples/sample-config"
@@ -37,47 +38,16 @@ std::string Text(const std::uint8_t* data, std::size_t size) {
   return std::string(reinterpret_cast<const char*>(data), size);
 }
 
-void WriteFile(const std::string& path, const std::string& bytes) {
-  std::ofstream out(path, std::ios::binary | std::ios::trunc);
-  out << bytes;
-  Check(static_cast<bool>(out), "cannot write " + path);
-}
-
 std::string ReadFile(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
   return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }
 
-// A directory for the process's scratch files, removed when the process ends normally.
-class ScratchDir {
- public:
-  static const ScratchDir& Instance() {
-    static const ScratchDir dir;
-    return dir;
-  }
-  std::string Path(const std::string& name) const { return m_Path + "/" + name; }
-  // Writes `bytes` to the scratch file `name` and returns its path.
-  std::string Write(const std::string& name, const std::string& bytes) const {
-    const std::string path = Path(name);
-    WriteFile(path, bytes);
-    return path;
-  }
-
- private:
-  ScratchDir() {
-    std::string pattern = Poco::Path::temp() + "qr_config_fuzz_XXXXXX";
-    Check(mkdtemp(pattern.data()) != nullptr, "mkdtemp failed");
-    m_Path = pattern;
-  }
-  ~ScratchDir() {
-    try {
-      Poco::File(m_Path).remove(true);
-    } catch (...) {
-    }
-  }
-
-  std::string m_Path;
-};
+// The process's scratch directory, removed when the process ends normally.
+const TempInstallation& Scratch() {
+  static const TempInstallation dir;
+  return dir;
+}
 
 // Visits every node of the subtree without recursion and returns their number; touching each
 // node and field lets the sanitizers see a tree left in a broken state.
@@ -122,11 +92,11 @@ void ParseMainFile(const std::string& path, Initialization::Mode mode) {
 const SetupXmlParser& FixedSetup() {
   static const SetupXmlParser* const setup = [] {
     auto* reader = new SetupXmlParser();
-    reader->Parse(Poco::Path(ScratchDir::Instance().Write(
-        "fixed.setup",
-        "<Setup><NetworkLayer Name=\"Crv\"/><Directory>drivers/crv</Directory>"
-        "<DataFileName>crv</DataFileName><Version Type=\"Client\">19.3</Version>"
-        "<Version Type=\"Driver\">4.2</Version></Setup>")));
+    reader->Parse(Poco::Path(
+        Scratch().Write("fixed.setup",
+                        "<Setup><NetworkLayer Name=\"Crv\"/><Directory>drivers/crv</Directory>"
+                        "<DataFileName>crv</DataFileName><Version Type=\"Client\">19.3</Version>"
+                        "<Version Type=\"Driver\">4.2</Version></Setup>")));
     return reader;
   }();
   return *setup;
@@ -201,28 +171,28 @@ class FixedTree : public ConfigManagerTypes::Tree {
 
 // ---- start-up
 
-// A copy of the sample installation, made once; the start-up target replaces one file.
+// A copy of the sample installation in the scratch directory, made once; the start-up
+// target replaces one of its files.
 class SampleInstallation {
  public:
   static const SampleInstallation& Instance() {
     static const SampleInstallation sample;
     return sample;
   }
-  std::string Dir() const { return m_Dir; }
-  std::string MainFile() const { return m_Dir + "/qr.cfg"; }
-  std::string DataFile() const { return m_Dir + "/drivers/corvane/corvane.dsf"; }
+  static constexpr const char* kMainFile = "sample-config/qr.cfg";
+  static constexpr const char* kDataFile = "sample-config/drivers/corvane/corvane.dsf";
+  std::string Dir() const { return Scratch().Path("sample-config"); }
   const std::string& MainText() const { return m_MainText; }
   const std::string& DataText() const { return m_DataText; }
 
  private:
-  SampleInstallation() : m_Dir(ScratchDir::Instance().Path("sample-config")) {
-    Poco::File(QR_SAMPLE_CONFIG_DIR).copyTo(m_Dir);
-    m_MainText = ReadFile(MainFile());
-    m_DataText = ReadFile(DataFile());
+  SampleInstallation() {
+    Poco::File(QR_SAMPLE_CONFIG_DIR).copyTo(Dir());
+    m_MainText = ReadFile(Scratch().Path(kMainFile));
+    m_DataText = ReadFile(Scratch().Path(kDataFile));
     Check(!m_MainText.empty() && !m_DataText.empty(), "the sample installation is incomplete");
   }
 
-  std::string m_Dir;
   std::string m_MainText;
   std::string m_DataText;
 };
@@ -256,22 +226,14 @@ void QueryLoadedManager() {
   }
 }
 
-}  // namespace
-
-void Check(bool condition, const std::string& what) {
-  if (condition) return;
-  std::fprintf(stderr, "fuzz check failed: %s\n", what.c_str());
-  std::abort();
-}
-
 void RunMainFile(const std::uint8_t* data, std::size_t size) {
-  const std::string path = ScratchDir::Instance().Write("qr.cfg", Text(data, size));
+  const std::string path = Scratch().Write("qr.cfg", Text(data, size));
   ParseMainFile(path, Initialization::Library);
   ParseMainFile(path, Initialization::Server);
 }
 
 void RunDriverList(const std::uint8_t* data, std::size_t size) {
-  const std::string path = ScratchDir::Instance().Write("driver.cfg", Text(data, size));
+  const std::string path = Scratch().Write("driver.cfg", Text(data, size));
   DrvXmlParser reader;
   try {
     reader.Parse(Poco::Path(path));
@@ -282,7 +244,7 @@ void RunDriverList(const std::uint8_t* data, std::size_t size) {
 }
 
 void RunLocalizedFile(const std::uint8_t* data, std::size_t size) {
-  const std::string path = ScratchDir::Instance().Write("driveren.cfg", Text(data, size));
+  const std::string path = Scratch().Write("driveren.cfg", Text(data, size));
   LocDrvXmlParser reader;
   try {
     reader.Parse(Poco::Path(path));
@@ -295,7 +257,7 @@ void RunLocalizedFile(const std::uint8_t* data, std::size_t size) {
 }
 
 void RunSetupFile(const std::uint8_t* data, std::size_t size) {
-  const std::string path = ScratchDir::Instance().Write("fuzz.setup", Text(data, size));
+  const std::string path = Scratch().Write("fuzz.setup", Text(data, size));
   SetupXmlParser reader;
   for (int pass = 0; pass < 2; ++pass) {
     try {
@@ -306,13 +268,13 @@ void RunSetupFile(const std::uint8_t* data, std::size_t size) {
 }
 
 void RunDataAccessFile(const std::uint8_t* data, std::size_t size) {
-  const std::string path = ScratchDir::Instance().Write("fuzz.dsf", Text(data, size));
+  const std::string path = Scratch().Write("fuzz.dsf", Text(data, size));
   ParseDataAccessFile(path, {});
   ParseDataAccessFile(path, {"db[0-9]+", "crv.*", ""});
 }
 
 void RunParameterFile(const std::uint8_t* data, std::size_t size) {
-  const std::string path = ScratchDir::Instance().Write("fuzz.csl", Text(data, size));
+  const std::string path = Scratch().Write("fuzz.csl", Text(data, size));
   try {
     const SFile file(path, SFile::kRead | SFile::kClassify);
     for (const auto& [sectionName, section] : file.Sections()) {
@@ -503,8 +465,8 @@ void RunStartup(const std::uint8_t* data, std::size_t size) {
   const auto mode = (data[0] & 2) != 0 ? Initialization::Server : Initialization::Library;
   const bool observed = (data[0] & 4) != 0;
   const std::string content = Text(data + 1, size - 1);
-  WriteFile(sample.MainFile(), dataFile ? sample.MainText() : content);
-  WriteFile(sample.DataFile(), dataFile ? content : sample.DataText());
+  Scratch().Write(SampleInstallation::kMainFile, dataFile ? sample.MainText() : content);
+  Scratch().Write(SampleInstallation::kDataFile, dataFile ? content : sample.DataText());
 
   Registry::ClearParameters();
   Registry::SetParameter("Config Directory", sample.Dir());
@@ -515,6 +477,14 @@ void RunStartup(const std::uint8_t* data, std::size_t size) {
     Check(StartupOutcome(mode, &observer) == plain, "an observer changed the start-up's outcome");
   }
   Registry::ClearParameters();
+}
+
+}  // namespace
+
+void Check(bool condition, const std::string& what) {
+  if (condition) return;
+  std::fprintf(stderr, "fuzz check failed: %s\n", what.c_str());
+  std::abort();
 }
 
 const std::vector<Target>& Targets() {

@@ -14,23 +14,16 @@ class LoadedTest : public ManagerTest {
     m_Install.WriteBase("",
                         "<NetworkLayer Name=\"Crv\" Implementation=\"C\"/>\n"
                         "<NetworkLayer Name=\"Plm\" Implementation=\"C\"/>\n");
-    m_Install.Write("setup/crv.setup",
-                    "<Setup>\n<NetworkLayer Name=\"Crv\"/>\n<Directory>crv</Directory>\n"
-                    "<DataFileName>crv</DataFileName>\n</Setup>\n");
-    m_Install.Write(
-        "crv/crv.dsf",
-        "<DataAccess>\n<Defaults>\n<Parameter Name=\"CharSet Table\">t</Parameter>\n"
-        "</Defaults>\n"
+    m_Install.WriteDriver(
+        "Crv",
+        "<Defaults>\n<Parameter Name=\"CharSet Table\">t</Parameter>\n</Defaults>\n"
         "<DataBase Name=\"a\" Active=\"Yes\"/>\n<DataBase Name=\"b\" Active=\"Yes\"/>\n"
         "<DataBase Name=\"u\" Active=\"Yes\">\n<Parameter Name=\"Unicode\">UTF8</Parameter>\n"
         "</DataBase>\n"
         "<DataBase Name=\"m\" Active=\"Yes\">\n<Parameter Name=\"CharSet Table\">gone</Parameter>\n"
-        "</DataBase>\n<DataBase Name=\"Crv 11\" Active=\"Yes\"/>\n</DataAccess>\n");
-    m_Install.Write("setup/plm.setup",
-                    "<Setup>\n<NetworkLayer Name=\"Plm\"/>\n<Directory>plm</Directory>\n"
-                    "<DataFileName>plm</DataFileName>\n</Setup>\n");
-    m_Install.Write("plm/plm.dsf", "<DataAccess/>");
-    m_Install.Write("crv/t.csl", "[TestFamily]\nUTF-8 = DB_UTF8\n");
+        "</DataBase>\n<DataBase Name=\"Crv 11\" Active=\"Yes\"/>\n");
+    m_Install.WriteDriver("Plm", "");
+    m_Install.Write("d/Crv/t.csl", "[TestFamily]\nUTF-8 = DB_UTF8\n");
     m_Install.Write(
         "driveren.cfg",
         "<T>\n<NetworkLayer Name=\"Crv\">\n<Message id=\"Name\">Corvane</Message>\n"

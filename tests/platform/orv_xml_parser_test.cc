@@ -8,7 +8,7 @@
 #include <string>
 
 #include "qr_config/platform/qr_error.h"
-#include "tests/platform/temp_dir.h"
+#include "support/temp_installation.h"
 
 // External entities and deep nesting: tests/robustness/broken_files_test.cc, through every
 // reader.
@@ -70,7 +70,7 @@ TEST(OrvXmlParserTest, CharacterDataComesInLineChunks) {
       {"<?xml version='1.0' encoding='ISO-8859-1'?><a>\xE9</a>", "<a>|\xC3\xA9|</a>|"},
       {"\xEF\xBB\xBF<a>\xC3\xA9</a>", "<a>|\xC3\xA9|</a>|"},
   };
-  TempDir dir;
+  TempInstallation dir;
   for (const auto& c : cases) {
     Recorder recorder;
     recorder.ParseFile(dir.Write("doc.xml", c[0]));
@@ -82,7 +82,7 @@ TEST(OrvXmlParserTest, ChunksDoNotDependOnBlockBoundaries) {
   const std::string unit = "ab&amp;<![CDATA[c]]>&#66;";
   std::string text, expected;
   for (int i = 0; i < 3000; ++i) text += unit, expected += "ab&cB";  // more than one block
-  TempDir dir;
+  TempInstallation dir;
   // Shift the text by every offset within a unit, so that a block boundary falls at every
   // position of a reference and a CDATA marker.
   for (std::size_t pad = 1; pad <= unit.size() + 1; ++pad) {
@@ -98,7 +98,7 @@ TEST(OrvXmlParserTest, OverlongLinesComeInBoundedChunksThatKeepSurrogatePairs) {
   // a failure must not print megabytes.)
   const std::size_t bound = OrvXmlParser::kMaxChunkUnits;
   const std::string pair = "\xF0\x9F\x98\x80";
-  TempDir dir;
+  TempInstallation dir;
   Recorder recorder;
   recorder.ParseFile(dir.Write("long.xml", "<a>" + std::string(bound - 1, 'a') + pair +
                                                std::string(bound + 10, 'b') + "</a>"));
@@ -127,18 +127,18 @@ TEST(OrvXmlParserTest, FailuresCarryTheirCodePathAndPosition) {
       {"<a b='" + std::string(OrvXmlParser::kMaxTokenBytes, 'x') + "'/>", 48},
       {"<a><!--" + std::string(OrvXmlParser::kMaxTokenBytes, 'x') + "--></a>", 48}};
   // clang-format on
-  TempDir dir;
+  TempInstallation dir;
   for (const auto& [document, code] : cases) {
     EXPECT_EQ(code, CodeOf(dir.Write("bad.xml", document))) << document.substr(0, 60);
   }
-  EXPECT_EQ(45, CodeOf(dir.Path() + "/missing.xml"));
-  EXPECT_EQ(45, CodeOf(dir.Path()));
+  EXPECT_EQ(45, CodeOf(dir.Path("missing.xml")));
+  EXPECT_EQ(45, CodeOf(dir.Dir()));
   // Only regular files: a FIFO (without a writer, so that a regression cannot block) and a
   // device, behind a symbolic link too, are refused on the opened descriptor.
-  const std::string fifo = dir.Path() + "/fifo.xml";
+  const std::string fifo = dir.Path("fifo.xml");
   ASSERT_EQ(0, mkfifo(fifo.c_str(), 0600));
   EXPECT_EQ(45, CodeOf(fifo));
-  const std::string link = dir.Path() + "/null.xml";
+  const std::string link = dir.Path("null.xml");
   ASSERT_EQ(0, symlink("/dev/null", link.c_str()));
   EXPECT_EQ(45, CodeOf(link));
   if (geteuid() != 0) {  // root reads any file
@@ -161,7 +161,7 @@ TEST(OrvXmlParserTest, HandlerExceptionsPassUnchanged) {
     }
     bool Library = true;
   } thrower;
-  TempDir dir;
+  TempInstallation dir;
   const std::string path = dir.Write("doc.xml", "<a><b>text</b></a>");
   try {
     thrower.ParseFile(path);
