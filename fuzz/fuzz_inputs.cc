@@ -3,6 +3,7 @@
 #include <Poco/Exception.h>
 #include <Poco/File.h>
 #include <Poco/Path.h>
+#include <Poco/String.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -137,19 +138,6 @@ void ParseDataAccessFile(const std::string& path, const std::vector<std::string>
   }
 }
 
-// ---- value classification
-
-bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-
-std::string AsciiLower(std::string text) {
-  for (char& c : text) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
-  return text;
-}
-
 // ---- node paths
 
 // The tree the node-path target looks paths up in. Tree's constructor is for the manager
@@ -170,32 +158,6 @@ class FixedTree : public ConfigManagerTypes::Tree {
 };
 
 // ---- start-up
-
-// A copy of the sample installation in the scratch directory, made once; the start-up
-// target replaces one of its files.
-class SampleInstallation {
- public:
-  static const SampleInstallation& Instance() {
-    static const SampleInstallation sample;
-    return sample;
-  }
-  static constexpr const char* kMainFile = "sample-config/qr.cfg";
-  static constexpr const char* kDataFile = "sample-config/drivers/corvane/corvane.dsf";
-  std::string Dir() const { return Scratch().Path("sample-config"); }
-  const std::string& MainText() const { return m_MainText; }
-  const std::string& DataText() const { return m_DataText; }
-
- private:
-  SampleInstallation() {
-    Poco::File(QR_SAMPLE_CONFIG_DIR).copyTo(Dir());
-    m_MainText = ReadFile(Scratch().Path(kMainFile));
-    m_DataText = ReadFile(Scratch().Path(kDataFile));
-    Check(!m_MainText.empty() && !m_DataText.empty(), "the sample installation is incomplete");
-  }
-
-  std::string m_MainText;
-  std::string m_DataText;
-};
 
 // Queries over whatever the start-up loaded, as a host would make them.
 void QueryLoadedManager() {
@@ -343,7 +305,7 @@ void RunValueClassification(const std::uint8_t* data, std::size_t size) {
   std::int32_t integerValue = 12345;  // must stay unless the text is an integer
   parser->ParseParameter(text, isBoolean, booleanValue, isInteger, integerValue);
 
-  const std::string lower = AsciiLower(text);
+  const std::string lower = Poco::toLower(text);
   const bool isFalse = lower == "false" || lower == "n" || lower == "no";
   const bool isTrue =
       lower == "true" || lower == "y" || lower == "ye" || lower == "yes" || lower == "ys";
@@ -357,7 +319,7 @@ void RunValueClassification(const std::uint8_t* data, std::size_t size) {
   bool integerText = digits < text.size();
   std::int64_t magnitude = 0;
   for (std::size_t i = digits; i < text.size() && integerText; ++i) {
-    integerText = IsDigit(text[i]);
+    integerText = text[i] >= '0' && text[i] <= '9';
     if (integerText && magnitude <= (std::int64_t{1} << 32))
       magnitude = magnitude * 10 + (text[i] - '0');
   }
@@ -460,16 +422,20 @@ std::int32_t StartupOutcome(Initialization::Mode mode, LoadObserver* observer) {
 
 void RunStartup(const std::uint8_t* data, std::size_t size) {
   if (size == 0) return;
-  const SampleInstallation& sample = SampleInstallation::Instance();
+  // A copy of the sample installation, made once; the input replaces one of its files.
+  static const std::string mainText = ReadFile(QR_SAMPLE_CONFIG_DIR "/qr.cfg");
+  static const std::string dataText = ReadFile(QR_SAMPLE_CONFIG_DIR "/drivers/corvane/corvane.dsf");
+  static const std::string sample = Scratch().Path("sample-config");
+  if (!Poco::File(sample).exists()) Poco::File(QR_SAMPLE_CONFIG_DIR).copyTo(sample);
   const bool dataFile = (data[0] & 1) != 0;
   const auto mode = (data[0] & 2) != 0 ? Initialization::Server : Initialization::Library;
   const bool observed = (data[0] & 4) != 0;
   const std::string content = Text(data + 1, size - 1);
-  Scratch().Write(SampleInstallation::kMainFile, dataFile ? sample.MainText() : content);
-  Scratch().Write(SampleInstallation::kDataFile, dataFile ? content : sample.DataText());
+  Scratch().Write("sample-config/qr.cfg", dataFile ? mainText : content);
+  Scratch().Write("sample-config/drivers/corvane/corvane.dsf", dataFile ? content : dataText);
 
   Registry::ClearParameters();
-  Registry::SetParameter("Config Directory", sample.Dir());
+  Registry::SetParameter("Config Directory", sample);
   const std::int32_t plain = StartupOutcome(mode, nullptr);
   if (observed) {
     // An observer that keeps going sees more, but the start-up ends the same way.

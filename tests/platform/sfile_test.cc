@@ -50,7 +50,7 @@ TEST_F(SFileTest, ReadsSectionsAndParameters) {
       "Colon: 12\n"
       "   Indented = yes\n"
       "[Empty Section]\n"
-      "[B]\n"
+      "[B] \t\v\f\n"
       "x = 1\n"
       "[CharSets]\n"
       "Later = -7\n[" +

@@ -89,8 +89,8 @@ struct FileCase {
   Apply Change;
   std::optional<Expect> Xml;        // the XML kinds; none: the case does not apply
   std::optional<Expect> Parameter;  // the parameter files; none: does not apply
-  std::vector<FileKind> Only = {};  // when given, these kinds alone
   double MaxGrowthMb = 0;           // when given, the start-up's peak memory growth bound
+  std::vector<FileKind> Only = {};  // when given, these kinds alone
   const char* Unread = nullptr;     // when given, a file of the installation nobody may open
   bool Isolated = false;            // the start-up runs in a child process with a deadline
 };
@@ -241,10 +241,7 @@ const std::vector<FileCase> kFileSystemCases = {
        files.Write(kind, Baseline(kind));
        ASSERT_EQ(::truncate(files.Path(kind).c_str(), off_t{12} << 30), 0);
      },
-     ParseFails(46, Expect::AtEnd),
-     FileFails(),
-     {},
-     64},
+     ParseFails(46, Expect::AtEnd), FileFails(), 64},
 };
 
 const std::vector<FileCase> kMalformedCases = {
@@ -292,13 +289,12 @@ FileCase External(const char* name, const char* file, const char* content,
     files.Write(file, content);
     files.WriteDocument(kind, "a&e;b", kXmlDeclaration + doctype(files.Path(file)));
   };
-  return {name,
-          change,
-          Loads("'ab'").Except(FileKind::DriverList, "'a' 'b'").Except(FileKind::Localized, "'b'"),
-          std::nullopt,
-          {},
-          0,
-          file};
+  FileCase c{
+      name, change,
+      Loads("'ab'").Except(FileKind::DriverList, "'a' 'b'").Except(FileKind::Localized, "'b'"),
+      std::nullopt};
+  c.Unread = file;
+  return c;
 }
 
 // Far longer than the longest token: refused in time linear in its length.
@@ -314,7 +310,7 @@ std::string StartTagWithManyAttributes() {
 
 // Entity bombs: refused with the parse code 48, within bounded memory.
 FileCase Bomb(const char* name, const std::string& prolog, const std::string& payload) {
-  return {name, Payload(payload, prolog), ParseFails(48, Expect::InProbe), std::nullopt, {}, 64};
+  return {name, Payload(payload, prolog), ParseFails(48, Expect::InProbe), std::nullopt, 64};
 }
 
 const std::vector<FileCase> kHostileCases = {
@@ -340,11 +336,16 @@ const std::vector<FileCase> kHostileCases = {
 };
 
 // 100,000 levels around the probe for every reader, and of the elements that grow a
-// reader's own stacks or the tree's depth: the baseline file of one kind with the nest as
-// the last content of its root element.
-FileCase DeepIn(FileKind kind, const char* name, std::string (*extra)(),
-                const std::string& probe = "'v1'") {
-  return {name, Payload("v1", kXmlDeclaration, extra), Loads(probe), std::nullopt, {kind}};
+// reader's own stacks or the tree's depth: `element` (with `attributes`, around `inner`)
+// nested between `open` and `close` as the last content of the root element of `kind`.
+FileCase Deep(FileKind kind, const char* name, const std::string& open, const std::string& element,
+              const std::string& attributes, const std::string& inner, const std::string& close,
+              const std::string& probe = "'v1'") {
+  Apply change = [=](const TempInstallation& files, FileKind k) {
+    files.WriteDocument(k, "v1", kXmlDeclaration,
+                        open + Nest(100000, element, inner, attributes) + close);
+  };
+  return {name, change, Loads(probe), std::nullopt, 0, {kind}};
 }
 
 const std::vector<FileCase> kDeepCases = {
@@ -352,34 +353,16 @@ const std::vector<FileCase> kDeepCases = {
        return TempInstallation::Document(kind, Nest(100000, "Deep", "v1"));
      }),
      Loads("'v1'"), std::nullopt},
-    DeepIn(FileKind::Main, "ActiveDataSourceTree",
-           [] {
-             return "<Settings><ActiveDataSources>" +
-                    Nest(100000, "NetworkLayer", "", " Name=\"N\"") +
-                    "</ActiveDataSources></Settings>\n";
-           }),
-    DeepIn(FileKind::Main, "TraceGroups",
-           [] {
-             return "<Traces>" + Nest(100000, "Trace", "", " Name=\"T\" Active=\"Yes\"") +
-                    "</Traces>\n";
-           }),
-    DeepIn(
-        FileKind::DriverList, "NetworkLayers",
-        [] {
-          return Nest(100000, "NetworkLayer", "<Alias>v2</Alias>",
-                      " Name=\"Crv\" Implementation=\"C\"");
-        },
-        "'v1' 'v2'"),
-    DeepIn(FileKind::DataAccess, "LibraryLists",
-           [] {
-             return "<DataBase Name=\"deep\" Active=\"Yes\">" +
-                    Nest(100000, "Libraries", "<Library>l</Library>") + "</DataBase>\n";
-           }),
-    DeepIn(FileKind::Localized, "LocalizedNetworkLayers",
-           [] {
-             return Nest(100000, "NetworkLayer", "<Message id=\"Name\">X</Message>",
-                         " Name=\"Deep\"");
-           }),
+    Deep(FileKind::Main, "ActiveDataSourceTree", "<Settings><ActiveDataSources>", "NetworkLayer",
+         " Name=\"N\"", "", "</ActiveDataSources></Settings>"),
+    Deep(FileKind::Main, "TraceGroups", "<Traces>", "Trace", " Name=\"T\" Active=\"Yes\"", "",
+         "</Traces>"),
+    Deep(FileKind::DriverList, "NetworkLayers", "", "NetworkLayer",
+         " Name=\"Crv\" Implementation=\"C\"", "<Alias>v2</Alias>", "", "'v1' 'v2'"),
+    Deep(FileKind::DataAccess, "LibraryLists", "<DataBase Name=\"deep\" Active=\"Yes\">",
+         "Libraries", "", "<Library>l</Library>", "</DataBase>"),
+    Deep(FileKind::Localized, "LocalizedNetworkLayers", "", "NetworkLayer", " Name=\"Deep\"",
+         "<Message id=\"Name\">X</Message>", ""),
 };
 
 INSTANTIATE_TEST_SUITE_P(FileSystem, BrokenFileTest, testing::ValuesIn(Rows(kFileSystemCases)),
