@@ -146,6 +146,11 @@ TEST(CommandsTest, FailuresExitWithOneAndSayWhatToDo) {
            "/setup (from --config-dir) holds no configuration: it has neither qr.cfg nor "
            "driver.cfg.\n",
        ""},
+      {{"tree", "--config-dir", SampleDir() + "/qr.cfg"},
+       "the configuration directory " + SampleDir() +
+           "/qr.cfg (from --config-dir) is not a "
+           "directory.\n",
+       ""},
       {{"drivers", "--platform", "Windows-x64"}, notLoaded, "Run 'qrconfig check'"},
       {{"get", "/Quorin/Nope"},
        "QRError 5: no node at path \"\\Quorin\\Nope\".",
