@@ -12,7 +12,8 @@ using Field = ConfigManager::Field;
 // Instance needs a manager (260); a second Initialize raises 259 and keeps the first; Destroy
 // may be repeated; initialising again reads the files again.
 TEST_F(ManagerTest, Lifecycle) {
-  EXPECT_EQ(CatchQRError([] { ConfigManager::Instance(); }).Code(), 260);
+  EXPECT_STREQ(CatchQRError([] { ConfigManager::Instance(); }).what(),
+               "QRError 260: the configuration is not initialised");
   m_Install.WriteBase("<Parameter Name=\"Marker\">1</Parameter>\n");
   ConfigManager& first = Init();
   EXPECT_EQ(CatchQRError([] { ConfigStartup::Initialize(Initialization::Library); }).Code(), 259);
