@@ -15,24 +15,6 @@ const char* const kDrivers =
 
 using DriversTest = ManagerTest;
 
-TEST_F(DriversTest, DriverTablesFromTheDriverList) {
-  m_Install.WriteBase("", kDrivers);
-  ConfigManager& manager = Init();
-  EXPECT_EQ(manager.GetDriverNames(), (std::map<std::string, std::string>{{"Crv", "Crv"},
-                                                                          {"O1", "Crv"},
-                                                                          {"Shared", "Crv"},
-                                                                          {"Script", "Script"},
-                                                                          {"J", "Script"},
-                                                                          {"Plm", "Plm"}}));
-  EXPECT_EQ(manager.GetNativeDrivers(), (std::vector<std::string>{"Crv", "Plm"}));
-  EXPECT_EQ(manager.GetOtherDrivers(), (std::vector<std::string>{"Script"}));
-  EXPECT_EQ(manager.ResolveDriverName("Shared"), "Crv");
-  QRError error = CatchQRError([&] { manager.ResolveDriverName("crv"); });
-  EXPECT_EQ(error.Code(), 22);
-  EXPECT_EQ(error.Argument().str(), "crv");
-  EXPECT_EQ(CatchQRError([&] { manager.ResolveDriverName(""); }).Argument().str(), "");
-}
-
 TEST_F(DriversTest, LoadsDatabasesWithDefaultsVersionsAndAliases) {
   m_Install.WriteBase("", kDrivers,
                       "<DriverDefaults>\n<Parameter Name=\"Library Name\">main</Parameter>\n"
@@ -64,45 +46,6 @@ TEST_F(DriversTest, LoadsDatabasesWithDefaultsVersionsAndAliases) {
   EXPECT_EQ(manager.ResolveDatabaseName("Crv", "D1"), "db1");
   EXPECT_EQ(CatchQRError([&] { manager.ResolveDatabaseName("Crv", "d1"); }).Code(), 13);
   EXPECT_EQ(CatchQRError([&] { manager.GetDatabaseNames("Script"); }).Code(), 22);
-}
-
-TEST_F(DriversTest, FailingDataAccessFileBySelectedPolicy) {
-  m_Install.WriteBase("", kDrivers);
-  m_Install.WriteDriver("Crv", "<DataBase Name=\"db1\" Active=\"Yes\"/>\n");
-  m_Install.WriteDriver("Plm", "<DataBase Name=\"broken\" Active=\"Yes\">\n");
-  Init(Initialization::Server);  // Server mode skips every failing driver
-  EXPECT_EQ(Children("\\Quorin\\DBDrivers\\Crv"), (std::vector<std::string>{"db1"}));
-  ConfigStartup::Destroy();
-  EXPECT_EQ(CatchQRError([] { ConfigStartup::Initialize(Initialization::Library); }).Code(), 10);
-  m_Install.Write("qr.cfg", TempInstallation::MainFile().replace(
-                                TempInstallation::MainFile().find(">No<"), 4, ">Yes<"));
-  EXPECT_NO_THROW(Init(Initialization::Library));
-}
-
-TEST_F(DriversTest, ActiveDataSourcesFilterDriversAndDatabases) {
-  m_Install.WriteBase(
-      "<ActiveDataSources>\n<NetworkLayer Name=\"Plm\">\n<DataBase Name=\"p.*\"/>\n"
-      "</NetworkLayer>\n</ActiveDataSources>\n",
-      kDrivers);
-  m_Install.WriteDriver("Crv", "<DataBase Name=\"db1\" Active=\"Yes\"/>\n");
-  m_Install.WriteDriver(
-      "Plm", "<DataBase Name=\"p1\" Active=\"Yes\"/>\n<DataBase Name=\"xp1\" Active=\"Yes\"/>\n");
-  Init(Initialization::Library);
-  EXPECT_EQ(Children("\\Quorin\\DBDrivers"), (std::vector<std::string>{"Plm"}));
-  EXPECT_EQ(Children("\\Quorin\\DBDrivers\\Plm"), (std::vector<std::string>{"p1"}));
-  ConfigStartup::Destroy();
-
-  // Server mode rebuilds the subtree from the host's registrations (none: load everything).
-  Init(Initialization::Server);
-  EXPECT_EQ(Children("\\Quorin\\ActiveDataSources"), std::vector<std::string>{});
-  EXPECT_EQ(Children("\\Quorin\\DBDrivers\\Plm"), (std::vector<std::string>{"p1", "xp1"}));
-  ConfigStartup::Destroy();
-
-  m_Install.WriteBase(  // an invalid pattern ends the start-up
-      "<ActiveDataSources>\n<NetworkLayer Name=\"Plm\">\n<DataBase Name=\"p(\"/>\n"
-      "</NetworkLayer>\n</ActiveDataSources>\n",
-      kDrivers);
-  EXPECT_EQ(CatchQRError([] { ConfigStartup::Initialize(Initialization::Library); }).Code(), 10);
 }
 
 TEST_F(DriversTest, ExtensionMarkersAddRepositoryOnce) {

@@ -156,23 +156,4 @@ TEST(SFileParameterTest, ClassifiesRawText) {
   EXPECT_EQ(number, -2147483647 - 1);
 }
 
-TEST(SFileParameterTest, ReadingAnotherKindThrowsKind3AndKeepsTheOutput) {
-  int number = 42;
-  bool flag = false;
-  const std::function<void()> reads[] = {[&] { Parameter("t", "12").Value(number); },
-                                         [&] { Parameter("i", 12).Value(flag); },
-                                         [&] { Parameter("b", true).Value(number); }};
-  for (const auto& read : reads) {
-    try {
-      read();
-      ADD_FAILURE() << "no exception";
-    } catch (const SFile::Exception& e) {
-      EXPECT_EQ(e.Kind(), 3);
-      EXPECT_EQ(e.Line(), 0);
-    }
-  }
-  EXPECT_EQ(number, 42);
-  EXPECT_FALSE(flag);
-}
-
 }  // namespace
