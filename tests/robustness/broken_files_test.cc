@@ -1,7 +1,8 @@
-// Broken and hostile files of every kind, each with the exact outcome of a start-up in both
-// modes. One table per concern; a case states what it does to the file and what that leads
-// to for the XML kinds and for the parameter files; ExpectedOutcome turns this into the
-// outcome of each kind in each mode. Large inputs are made when their case runs.
+// Broken and hostile files of every kind, values of the wrong type and hostile patterns,
+// each with the exact outcome of a start-up in both modes. One table per concern; a case states
+// what it does to the file and what that leads to for the XML kinds and for the parameter files;
+// ExpectedOutcome turns this into the outcome of each kind in each mode. Large inputs are made when
+// their case runs.
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
@@ -23,7 +24,7 @@ namespace {
 
 // What a file does to the start-up, whatever its kind.
 struct Expect {
-  enum Result { Loads, ParseFails, FileFails };
+  enum Result { Loads, ParseFails, FileFails, Given };
   Result Type = Loads;
   std::string Probe = "";  // Loads: the rendered probe
   std::int32_t Code = 0;   // ParseFails: the XML layer's parse code, 45 to 48
@@ -33,6 +34,7 @@ struct Expect {
   Site FaultSite = InProlog;
   // Loads: the probe of kinds whose readers deliver the text differently.
   std::map<FileKind, std::string> ProbeOf = {};
+  std::string Library = "", Server = "";  // Given: the outcome in each mode
 
   Expect Except(FileKind kind, const std::string& probe) const {
     Expect copy = *this;
@@ -50,6 +52,9 @@ Expect ParseFails(std::int32_t code, Expect::Site site) {
 Expect FileFails() {
   return {Expect::FileFails};
 }
+Expect Gives(const std::string& library, const std::string& server) {
+  return {Expect::Given, "", 0, Expect::InProlog, {}, library, server};
+}
 
 // The outcome a file of `kind` with the result `expect` gives in `mode`:
 //  - main file and driver list: the parse code becomes 264 to 267 with the file's path;
@@ -61,6 +66,7 @@ Expect FileFails() {
 std::string ExpectedOutcome(FileKind kind, Initialization::Mode mode, const Expect& expect) {
   const bool server = mode == Initialization::Server;
   const std::string db1Missing = "ok 5 \\Quorin\\DBDrivers\\Crv\\db1";
+  if (expect.Type == Expect::Given) return server ? expect.Server : expect.Library;
   if (expect.Type == Expect::Loads) {
     const auto other = expect.ProbeOf.find(kind);
     return "ok " + (other == expect.ProbeOf.end() ? expect.Probe : other->second);
@@ -93,6 +99,8 @@ struct FileCase {
   std::vector<FileKind> Only = {};  // when given, these kinds alone
   const char* Unread = nullptr;     // when given, a file of the installation nobody may open
   bool Isolated = false;            // the start-up runs in a child process with a deadline
+  // Isolated: active-data-source patterns of Crv that the host registers in the child.
+  std::vector<std::string> Registered = {};
 };
 
 FileCase Isolated(FileCase c) {
@@ -141,8 +149,11 @@ TEST_P(BrokenFileTest, GivesItsOutcomeInBothModes) {
     }
     std::string outcome;
     const double growth = PeakGrowthMb([&] {
-      outcome = c.Isolated ? InChild([&] { return probe.Outcome(kind, mode); })
-                           : probe.Outcome(kind, mode);
+      outcome = !c.Isolated ? probe.Outcome(kind, mode) : InChild([&] {
+        for (const std::string& pattern : c.Registered)
+          ConfigManager::AddActiveDataSource("Crv", pattern);
+        return probe.Outcome(kind, mode);
+      });
     });
     EXPECT_EQ(outcome, ExpectedOutcome(kind, mode, IsXml(kind) ? *c.Xml : *c.Parameter));
     if (watch) {
@@ -365,6 +376,115 @@ const std::vector<FileCase> kDeepCases = {
          "<Message id=\"Name\">X</Message>", ""),
 };
 
+// ---- values and patterns: cases that probe one kind, with the outcome in each mode
+
+const std::string kDb1Loaded = "ok 'v1'";
+const std::string kDb1Missing = "ok 5 \\Quorin\\DBDrivers\\Crv\\db1";
+
+FileCase Probing(const char* name, FileKind probe, Apply change, const std::string& library,
+                 const std::string& server) {
+  return {name, change, Gives(library, server), Gives(library, server), 0, {probe}};
+}
+
+Apply Edit(FileKind kind, const std::string& from, const std::string& to) {
+  return [=](const TempInstallation& files, FileKind) { files.WriteEdited(kind, from, to); };
+}
+
+// db1's probe, then one more parameter of db1.
+Apply AndThen(const std::string& name, const std::string& value) {
+  return [=](const TempInstallation& files, FileKind) {
+    files.WriteDocument(FileKind::DataAccess, std::string(kBaselinePayload) + "</Parameter>" +
+                                                  ParameterElement(name, value) +
+                                                  "<Parameter Name=\"Tail\">");
+  };
+}
+
+// The main file with `extra` as the last content of its root element.
+Apply MainWith(const std::string& extra) {
+  return [=](const TempInstallation& files, FileKind) {
+    files.WriteDocument(FileKind::Main, kBaselinePayload, kXmlDeclaration, extra);
+  };
+}
+
+// An active-data-source pattern against a long database name placed before db1: written in
+// the main file (Library mode) and registered by the host (Server mode). Matching never
+// blows the C stack; a match that reaches its limits gives up with 283, which fails the
+// data-access file.
+FileCase Pattern(const char* name, const char* pattern, std::string (*database)(),
+                 const std::string& library, const std::string& server) {
+  const Apply main = MainWith(
+      "<Settings><ActiveDataSources><NetworkLayer Name=\"Crv\"><DataBase Name=\"db1\"/>"
+      "<DataBase Name=\"" +
+      std::string(pattern) + "\"/></NetworkLayer></ActiveDataSources></Settings>\n");
+  FileCase c = Probing(
+      name, FileKind::DataAccess,
+      [=](const TempInstallation& files, FileKind kind) {
+        main(files, kind);
+        files.WriteEdited(
+            FileKind::DataAccess, "<DataBase Name=\"db1\"",
+            "<DataBase Name=\"" + database() + "\" Active=\"Yes\"/>\n<DataBase Name=\"db1\"");
+      },
+      library, server);
+  c.Isolated = true;
+  c.Registered = {"db1", pattern};
+  return c;
+}
+
+const std::vector<FileCase> kValueCases = {
+    // The main file's driver-area settings are read as texts or as a boolean.
+    Probing("ConfigFileExtensionIsABoolean", FileKind::DataAccess,
+            Edit(FileKind::Main, ">dsf<", ">Yes<"), "10", kDb1Missing),
+    Probing("CharSetListExtensionIsAnInteger", FileKind::Main, Edit(FileKind::Main, ">csl<", ">5<"),
+            "10", "10"),
+    Probing("IgnoreFlagIsAText", FileKind::Main,
+            Edit(FileKind::Main, ParameterElement("Ignore Driver Load Failure", "No"),
+                 ParameterElement("Ignore Driver Load Failure", "maybe")),
+            "10", kDb1Loaded),
+    // A data-access value updates the existing field of its name, of the same type.
+    Probing("ParameterOnTheTextDirectory", FileKind::DataAccess, AndThen("Directory", "5"), "10",
+            kDb1Loaded),
+    Probing(
+        "ExtensionsIsAnInteger", FileKind::DataAccess,
+        [](const TempInstallation& files, FileKind kind) {
+          AndThen("Extensions", "5")(files, kind);
+          files.MakeDir("d/Crv/extensions/pack");
+        },
+        kDb1Loaded, kDb1Loaded),
+    // An unreadable "Unicode" counts as "CharSet"; an unreadable table name means no table.
+    Probing("UnicodeIsAnInteger", FileKind::CharSetTable,
+            Edit(FileKind::DataAccess, ">CharSet<", ">5<"), kDb1Loaded, kDb1Loaded),
+    Probing("CharSetTableIsAnInteger", FileKind::CharSetTable,
+            Edit(FileKind::DataAccess, ">crv<", ">5<"), "ok 262 Crv", "ok 262 Crv"),
+    // A driver's setup file loads into the FIRST node of its name, among the DBDrivers
+    // children the main file made and among the ActiveDataSources children.
+    Probing(
+        "DriverNodeTwiceInTheMainFile", FileKind::DataAccess,
+        [](const TempInstallation& files, FileKind) {
+          files.WriteDocument(FileKind::Main,
+                              "v1</Parameter><NetworkLayer Name=\"Crv\"/>"
+                              "<NetworkLayer Name=\"Crv\"/><Parameter Name=\"Tail\">");
+        },
+        kDb1Loaded, kDb1Loaded),
+    Probing("DriverTwiceAmongActiveDataSources", FileKind::DataAccess,
+            MainWith("<Settings><ActiveDataSources><NetworkLayer Name=\"Crv\"><DataBase "
+                     "Name=\"db.\"/></NetworkLayer><NetworkLayer Name=\"Crv\"><DataBase "
+                     "Name=\"none\"/></NetworkLayer></ActiveDataSources></Settings>\n"),
+            kDb1Loaded, kDb1Loaded),
+    // Up to the first two the old matcher recursed once per character: 9,000 overflowed 8 MiB.
+    Pattern(
+        "RepeatedGroup", "crv(_|[a-z0-9])*", [] { return "crv" + std::string(100000, 'a'); },
+        kDb1Loaded, kDb1Loaded),
+    Pattern(
+        "RepeatedAnyCharacter", "crv(?:.)*", [] { return "crv" + std::string(100000, 'a'); },
+        kDb1Loaded, kDb1Loaded),
+    Pattern(
+        "BeyondTheMemoryLimit", "(a|b)*", [] { return std::string(1000000, 'a'); }, "10",
+        kDb1Missing),
+    Pattern(
+        "CatastrophicBacktracking", "(x+x+)+y", [] { return std::string(5000, 'x'); }, "10",
+        kDb1Missing),
+};
+
 INSTANTIATE_TEST_SUITE_P(FileSystem, BrokenFileTest, testing::ValuesIn(Rows(kFileSystemCases)),
                          RowName);
 INSTANTIATE_TEST_SUITE_P(Malformed, BrokenFileTest, testing::ValuesIn(Rows(kMalformedCases)),
@@ -373,6 +493,7 @@ INSTANTIATE_TEST_SUITE_P(Encoding, BrokenFileTest, testing::ValuesIn(Rows(kEncod
                          RowName);
 INSTANTIATE_TEST_SUITE_P(Hostile, BrokenFileTest, testing::ValuesIn(Rows(kHostileCases)), RowName);
 INSTANTIATE_TEST_SUITE_P(Deep, BrokenFileTest, testing::ValuesIn(Rows(kDeepCases)), RowName);
+INSTANTIATE_TEST_SUITE_P(Values, BrokenFileTest, testing::ValuesIn(Rows(kValueCases)), RowName);
 
 // The watch the external-entity cases rely on does see a read.
 TEST(AccessWatchTest, SeesARead) {

@@ -1,106 +1,14 @@
-// Values and names as the files can write them: values of the wrong type where a loader
-// reads them, very long names and values, names holding the node-path separator, non-ASCII
-// text, and active-data-source patterns against long names. (How a text is typed, integers
-// beyond 32 bits and a parameter file's longest line: the platform tests' tables.)
+// Names as the files can write them: very long names and values, names holding the node-path
+// separator, non-ASCII text. (Values of the wrong type and patterns against long names: the
+// broken-file tables; how a text is typed, integers beyond 32 bits and a parameter file's
+// longest line: the platform tests' tables.)
 #include <gtest/gtest.h>
 
 #include <ostream>
 
-#include "robustness/startup_probe.h"
 #include "support/manager_fixture.h"
 
 namespace {
-
-const std::string kDb1Loaded = "ok 'v1'";
-const std::string kDb1Missing = "ok 5 \\Quorin\\DBDrivers\\Crv\\db1";
-
-class ValuesTest : public ManagerTest {
- protected:
-  ValuesTest() { m_Install.WriteBaseline(); }
-  StartupProbe m_Probe{m_Install};
-};
-
-// The node a driver's setup file loads into is the FIRST of its name, among the DBDrivers
-// children the main file made and among the ActiveDataSources children.
-TEST_F(ValuesTest, DriversLoadIntoTheFirstNodeOfTheirName) {
-  m_Install.WriteDocument(FileKind::Main,
-                          "v1</Parameter><NetworkLayer Name=\"Crv\"/><NetworkLayer Name=\"Crv\"/>"
-                          "<Parameter Name=\"Tail\">");
-  EXPECT_EQ(m_Probe.Outcome(FileKind::DataAccess, Initialization::Library), kDb1Loaded);
-  m_Install.WriteDocument(FileKind::Main, kBaselinePayload, kXmlDeclaration,
-                          "<Settings><ActiveDataSources><NetworkLayer Name=\"Crv\"><DataBase "
-                          "Name=\"db.\"/></NetworkLayer><NetworkLayer Name=\"Crv\"><DataBase "
-                          "Name=\"none\"/></NetworkLayer></ActiveDataSources></Settings>\n");
-  EXPECT_EQ(m_Probe.Outcome(FileKind::DataAccess, Initialization::Library), kDb1Loaded);
-}
-
-// A value of the wrong type where a loader reads it: the outcome in each mode.
-struct WrongType {
-  const char* Name;
-  std::function<void(const TempInstallation&)> Change;
-  FileKind Probe;
-  std::string Library, Server;
-};
-
-void PrintTo(const WrongType& c, std::ostream* out) {
-  *out << c.Name;
-}
-
-// db1's probe, then one more parameter of db1.
-std::string AndThen(const std::string& name, const std::string& value) {
-  return std::string(kBaselinePayload) + "</Parameter>" + ParameterElement(name, value) +
-         "<Parameter Name=\"Tail\">";
-}
-
-class WrongTypeTest : public ValuesTest, public testing::WithParamInterface<WrongType> {};
-
-TEST_P(WrongTypeTest, WhereTheValueIsRead) {
-  const WrongType& c = GetParam();
-  c.Change(m_Install);
-  EXPECT_EQ(m_Probe.Outcome(c.Probe, Initialization::Library), c.Library);
-  EXPECT_EQ(m_Probe.Outcome(c.Probe, Initialization::Server), c.Server);
-}
-
-const WrongType kWrongTypes[] = {
-    // Main file: the loaders read the driver-area settings as texts or as a boolean.
-    {"ConfigFileExtensionIsABoolean",
-     [](const TempInstallation& f) { f.WriteEdited(FileKind::Main, ">dsf<", ">Yes<"); },
-     FileKind::DataAccess, "10", kDb1Missing},
-    {"CharSetListExtensionIsAnInteger",
-     [](const TempInstallation& f) { f.WriteEdited(FileKind::Main, ">csl<", ">5<"); },
-     FileKind::Main, "10", "10"},
-    {"IgnoreFlagIsAText",
-     [](const TempInstallation& f) {
-       f.WriteEdited(FileKind::Main, ParameterElement("Ignore Driver Load Failure", "No"),
-                     ParameterElement("Ignore Driver Load Failure", "maybe"));
-     },
-     FileKind::Main, "10", kDb1Loaded},
-    // Data-access file: a value updates the existing field of its name, of the same type.
-    {"ParameterOnTheTextDirectory",
-     [](const TempInstallation& f) {
-       f.WriteDocument(FileKind::DataAccess, AndThen("Directory", "5"));
-     },
-     FileKind::DataAccess, "10", kDb1Loaded},
-    {"ExtensionsIsAnInteger",
-     [](const TempInstallation& f) {
-       f.WriteDocument(FileKind::DataAccess, AndThen("Extensions", "5"));
-       f.MakeDir("d/Crv/extensions/pack");
-     },
-     FileKind::DataAccess, kDb1Loaded, kDb1Loaded},
-    // Character-set tables: an unreadable "Unicode" counts as "CharSet"; an unreadable table
-    // name means no table.
-    {"UnicodeIsAnInteger",
-     [](const TempInstallation& f) { f.WriteEdited(FileKind::DataAccess, ">CharSet<", ">5<"); },
-     FileKind::CharSetTable, kDb1Loaded, kDb1Loaded},
-    {"CharSetTableIsAnInteger",
-     [](const TempInstallation& f) { f.WriteEdited(FileKind::DataAccess, ">crv<", ">5<"); },
-     FileKind::CharSetTable, "ok 262 Crv", "ok 262 Crv"},
-};
-
-INSTANTIATE_TEST_SUITE_P(Loaders, WrongTypeTest, testing::ValuesIn(kWrongTypes),
-                         [](const testing::TestParamInfo<WrongType>& info) {
-                           return std::string(info.param.Name);
-                         });
 
 // One set of names written into the driver list, the setup, data-access and localised files
 // and the main file; the names are made when the case runs (some are megabytes).
@@ -113,7 +21,10 @@ void PrintTo(const Names& names, std::ostream* out) {
   *out << names.Label;
 }
 
-class NamesTest : public ValuesTest, public testing::WithParamInterface<Names> {};
+class NamesTest : public ManagerTest, public testing::WithParamInterface<Names> {
+ protected:
+  NamesTest() { m_Install.WriteBaseline(); }
+};
 
 std::string TextOf(const ConfigManager::Field& field) {
   std::string text;
@@ -205,59 +116,6 @@ const Names kNames[] = {
 INSTANTIATE_TEST_SUITE_P(Sets, NamesTest, testing::ValuesIn(kNames),
                          [](const testing::TestParamInfo<Names>& info) {
                            return std::string(info.param.Label);
-                         });
-
-// An active-data-source pattern against a long database name, placed before db1: written in
-// the main file (Library mode) and registered by the host (Server mode, in the child alone).
-// Matching never blows the C stack; a match that reaches its limits gives up with 283, which
-// fails the data-access file.
-struct PatternCase {
-  const char* Name;
-  const char* Pattern;
-  std::string (*Database)();
-  std::string Library, Server;  // the outcome in each mode
-};
-
-void PrintTo(const PatternCase& c, std::ostream* out) {
-  *out << c.Name;
-}
-
-class PatternTest : public ValuesTest, public testing::WithParamInterface<PatternCase> {};
-
-TEST_P(PatternTest, MatchesOrGivesUpWithoutCrashing) {
-  const PatternCase& c = GetParam();
-  m_Install.WriteEdited(
-      FileKind::DataAccess, "<DataBase Name=\"db1\"",
-      "<DataBase Name=\"" + c.Database() + "\" Active=\"Yes\"/>\n" + "<DataBase Name=\"db1\"");
-  m_Install.WriteDocument(FileKind::Main, kBaselinePayload, kXmlDeclaration,
-                          "<Settings><ActiveDataSources><NetworkLayer Name=\"Crv\"><DataBase "
-                          "Name=\"db1\"/><DataBase Name=\"" +
-                              std::string(c.Pattern) +
-                              "\"/></NetworkLayer></ActiveDataSources></Settings>\n");
-  EXPECT_EQ(InChild([&] { return m_Probe.Outcome(FileKind::DataAccess, Initialization::Library); }),
-            c.Library);
-  EXPECT_EQ(InChild([&] {
-              ConfigManager::AddActiveDataSource("Crv", "db1");
-              ConfigManager::AddActiveDataSource("Crv", c.Pattern);
-              return m_Probe.Outcome(FileKind::DataAccess, Initialization::Server);
-            }),
-            c.Server);
-}
-
-// Up to the first two the old matcher recursed once per character: 9,000 overflowed 8 MiB.
-const PatternCase kPatterns[] = {
-    {"RepeatedGroup", "crv(_|[a-z0-9])*", [] { return "crv" + std::string(100000, 'a'); },
-     kDb1Loaded, kDb1Loaded},
-    {"RepeatedAnyCharacter", "crv(?:.)*", [] { return "crv" + std::string(100000, 'a'); },
-     kDb1Loaded, kDb1Loaded},
-    {"BeyondTheMemoryLimit", "(a|b)*", [] { return std::string(1000000, 'a'); }, "10", kDb1Missing},
-    {"CatastrophicBacktracking", "(x+x+)+y", [] { return std::string(5000, 'x'); }, "10",
-     kDb1Missing},
-};
-
-INSTANTIATE_TEST_SUITE_P(LongNames, PatternTest, testing::ValuesIn(kPatterns),
-                         [](const testing::TestParamInfo<PatternCase>& info) {
-                           return std::string(info.param.Name);
                          });
 
 }  // namespace
