@@ -27,33 +27,15 @@ struct Target {
   Entry Run;
 };
 
-// The main file (parsed in both modes), into a fresh tree and locale table.
-void RunMainFile(const std::uint8_t* data, std::size_t size);
-// The driver list.
-void RunDriverList(const std::uint8_t* data, std::size_t size);
-// A localised driver file.
-void RunLocalizedFile(const std::uint8_t* data, std::size_t size);
-// A setup file, parsed twice with one reader.
-void RunSetupFile(const std::uint8_t* data, std::size_t size);
-// A data-access file, under a fixed setup file and defaults, without and then with
-// active-database patterns.
-void RunDataAccessFile(const std::uint8_t* data, std::size_t size);
-// A parameter file, every parameter read as text, integer and boolean.
-void RunParameterFile(const std::uint8_t* data, std::size_t size);
-// Value classification, checked against an independent reading of its rules.
-void RunValueClassification(const std::uint8_t* data, std::size_t size);
-// A node path (text, then after a NUL byte a name appended to it), checked for consistent
-// levels and looked up in a fixed tree.
-void RunNodePath(const std::uint8_t* data, std::size_t size);
-// The pattern matcher: the first byte's bit 0 ignores letter case; the rest is a pattern,
-// then after a NUL byte a name matched against it twice (the same answer, or 283 both times).
-void RunPattern(const std::uint8_t* data, std::size_t size);
-// A whole start-up over a copy of the sample installation. The first byte selects: bit 0,
-// the file replaced by the rest of the input (0 the main file qr.cfg, 1 the data-access file
-// drivers/corvane/corvane.dsf); bit 1, the mode (0 Library, 1 Server).
-void RunStartup(const std::uint8_t* data, std::size_t size);
-
-// Every target, in a fixed order.
+// Every target, in a fixed order: the main file (parsed in both modes), the driver list, a
+// localised driver file, a setup file (parsed twice with one reader), a data-access file
+// (without, then with active-database patterns), a parameter file (every parameter read as
+// text, integer and boolean), value classification (against an independent reading of its
+// rules), a node path (text, then after a NUL byte a name appended to it) looked up in a
+// fixed tree, the pattern matcher (bit 0 of the first byte ignores letter case; then a
+// pattern and after a NUL byte a name, matched twice), and a whole start-up over a copy of
+// the sample installation (first byte: bit 0 replaces the data-access file instead of the
+// main file by the rest of the input, bit 1 selects Server mode, bit 2 adds an observer).
 const std::vector<Target>& Targets();
 
 // Aborts with `what` when `condition` is false.

@@ -7,23 +7,16 @@
 namespace {
 
 TEST_F(ManagerTest, HostRegistrationsShapeServerMode) {
-  auto setup = [this](const std::string& driver, const std::string& databases) {
-    m_Install.Write("setup/" + driver + ".setup", "<Setup>\n<NetworkLayer Name=\"" + driver +
-                                                      "\"/>\n<Directory>d</Directory>\n"
-                                                      "<DataFileName>" +
-                                                      driver + "</DataFileName>\n</Setup>\n");
-    m_Install.Write("d/" + driver + ".dsf", "<DataAccess>\n" + databases + "</DataAccess>\n");
-  };
-
   ConfigManager::AddActiveDataSource("Crv", "db[0-9]+");
   ConfigManager::AddActiveDataSource("Crv", "db[0-9]+");
   ConfigManager::AddActiveDataSource("", "x");
   m_Install.WriteBase("",
                       "<NetworkLayer Name=\"Crv\" Implementation=\"C\"/>\n"
                       "<NetworkLayer Name=\"Plm\" Implementation=\"C\"/>\n");
-  setup("Crv",
-        "<DataBase Name=\"db12\" Active=\"Yes\"/>\n<DataBase Name=\"mydb12\" Active=\"Yes\"/>\n");
-  setup("Plm", "<DataBase Name=\"p1\" Active=\"Yes\"/>\n");
+  m_Install.WriteDriver(
+      "Crv",
+      "<DataBase Name=\"db12\" Active=\"Yes\"/>\n<DataBase Name=\"mydb12\" Active=\"Yes\"/>\n");
+  m_Install.WriteDriver("Plm", "<DataBase Name=\"p1\" Active=\"Yes\"/>\n");
   Init(Initialization::Server);
   EXPECT_EQ(Children("\\Quorin\\ActiveDataSources"), (std::vector<std::string>{"Crv"}));
   EXPECT_EQ(Children("\\Quorin\\ActiveDataSources\\Crv"), (std::vector<std::string>{"db[0-9]+"}));

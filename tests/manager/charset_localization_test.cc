@@ -1,4 +1,6 @@
-// Character-set tables and the localisation services.
+// The localisation services: file names, localised driver texts loaded once per locale.
+// (Character-set tables and missing or broken localised files: the robustness tables and
+// the tool tests.)
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -8,29 +10,13 @@ namespace {
 
 class LoadedTest : public ManagerTest {
  protected:
-  // Driver "Crv" with databases a, b (sharing the table file t), u (Unicode UTF8, no table),
-  // m (a table file that is missing) and "Crv 11" (sharing t).
+  // Drivers "Crv" and "Plm" with English and French texts; Plm's have no name.
   void SetUp() override {
     m_Install.WriteBase("",
                         "<NetworkLayer Name=\"Crv\" Implementation=\"C\"/>\n"
                         "<NetworkLayer Name=\"Plm\" Implementation=\"C\"/>\n");
-    m_Install.Write("setup/crv.setup",
-                    "<Setup>\n<NetworkLayer Name=\"Crv\"/>\n<Directory>crv</Directory>\n"
-                    "<DataFileName>crv</DataFileName>\n</Setup>\n");
-    m_Install.Write(
-        "crv/crv.dsf",
-        "<DataAccess>\n<Defaults>\n<Parameter Name=\"CharSet Table\">t</Parameter>\n"
-        "</Defaults>\n"
-        "<DataBase Name=\"a\" Active=\"Yes\"/>\n<DataBase Name=\"b\" Active=\"Yes\"/>\n"
-        "<DataBase Name=\"u\" Active=\"Yes\">\n<Parameter Name=\"Unicode\">UTF8</Parameter>\n"
-        "</DataBase>\n"
-        "<DataBase Name=\"m\" Active=\"Yes\">\n<Parameter Name=\"CharSet Table\">gone</Parameter>\n"
-        "</DataBase>\n<DataBase Name=\"Crv 11\" Active=\"Yes\"/>\n</DataAccess>\n");
-    m_Install.Write("setup/plm.setup",
-                    "<Setup>\n<NetworkLayer Name=\"Plm\"/>\n<Directory>plm</Directory>\n"
-                    "<DataFileName>plm</DataFileName>\n</Setup>\n");
-    m_Install.Write("plm/plm.dsf", "<DataAccess/>");
-    m_Install.Write("crv/t.csl", "[TestFamily]\nUTF-8 = DB_UTF8\n");
+    m_Install.WriteDriver("Crv", "");
+    m_Install.WriteDriver("Plm", "");
     m_Install.Write(
         "driveren.cfg",
         "<T>\n<NetworkLayer Name=\"Crv\">\n<Message id=\"Name\">Corvane</Message>\n"
@@ -44,41 +30,6 @@ class LoadedTest : public ManagerTest {
         "<Message id=\"Comment\">natif</Message>\n</NetworkLayer>\n</T>\n");
   }
 };
-
-TEST_F(LoadedTest, CharSetTables) {
-  ConfigManager& manager = Init();
-  EXPECT_EQ(manager.GetPlatformCharSet("Latin"), "ISO-8859-1");
-  EXPECT_EQ(CatchQRError([&] { manager.GetPlatformCharSet("latin"); }).Code(), 263);
-  EXPECT_EQ(manager.GetCharSetTableEntry("Crv", "a", "UTF-8"), "DB_UTF8");
-  EXPECT_EQ(&manager.GetCharSetTableEntry("Crv", "a", "UTF-8"),
-            &manager.GetCharSetTableEntry("Crv", "Crv 11", "UTF-8"));
-  struct Case {
-    const char* database;
-    const char* name;
-    std::int32_t code;
-    const char* argument;
-  };
-  for (const Case& c : {Case{"u", "UTF-8", 262, "Crv"}, Case{"m", "UTF-8", 262, "Crv"},
-                        Case{"a", "utf-8", 263, "utf-8"}, Case{"A", "UTF-8", 262, "Crv"}}) {
-    SCOPED_TRACE(c.database);
-    QRError error = CatchQRError([&] { manager.GetCharSetTableEntry("Crv", c.database, c.name); });
-    EXPECT_EQ(error.Code(), c.code);
-    EXPECT_EQ(error.Argument().str(), c.argument);
-  }
-}
-
-TEST_F(LoadedTest, GetLocaleFallsBackToTheLanguage) {
-  ConfigManager& manager = Init();
-  const Quorin::LocaleDescriptor& enCA = manager.GetLocale("en", "CA");
-  EXPECT_EQ(enCA.Language(), "en");
-  EXPECT_EQ(enCA.Country(), "CA");
-  EXPECT_EQ(enCA.CharSet(), "UTF-8");
-  EXPECT_EQ(&manager.GetLocale("en", "CA"), &enCA);
-  EXPECT_EQ(manager.GetLocale("fr", "FR").CharSet(), "ISO-8859-1");
-  QRError error = CatchQRError([&] { manager.GetLocale("de", "DE"); });
-  EXPECT_EQ(error.Code(), 270);
-  EXPECT_EQ(error.Argument().str(), "de_DE");
-}
 
 TEST_F(LoadedTest, LocalizeFileNameTriesThreeNames) {
   ConfigManager& manager = Init();
@@ -126,23 +77,6 @@ TEST_F(LoadedTest, LocalizedDriverLoadsOncePerLocale) {
       "fr_BE");
 }
 
-TEST_F(LoadedTest, MissingLocalizedFileRaises264WithTheLastName) {
-  m_Install.Remove("driveren.cfg");
-  ConfigManager& manager = Init();
-  QRError error = CatchQRError(
-      [&] { manager.GetLocalizedDriver("Crv", Quorin::LocaleDescriptor("de", "AT", "")); });
-  EXPECT_EQ(error.Code(), 264);
-  EXPECT_EQ(error.Argument().str(), m_Install.Path("driveren.cfg"));
-  m_Install.Write("driveren.cfg", "<T><NetworkLayer>");
-  EXPECT_EQ(CatchQRError([&] {
-              manager.GetLocalizedDriver("Crv", Quorin::LocaleDescriptor("de", "AT", ""));
-            }).Code(),
-            265);
-}
-
-// Still 264 when the name cannot be converted to UTF-8: its bytes are kept. The directory's
-// name is not UTF-8 (a link beside the installation), then the platform list has no entry
-// for the running character set.
 TEST_F(LoadedTest, MissingLocalizedFileGives264WhenItsNameCannotBeConverted) {
   m_Install.Remove("driveren.cfg");
   const std::string odd = m_Install.Dir() + "\xFF";

@@ -19,19 +19,12 @@ class ConcurrencyTest : public ManagerTest {
       drivers += std::string("<NetworkLayer Name=\"") + name + "\" Implementation=\"C\"/>\n";
       texts += std::string("<NetworkLayer Name=\"") + name + "\">\n<Message id=\"Name\">" + name +
                " text</Message>\n</NetworkLayer>\n";
-      m_Install.Write(std::string("setup/") + name + ".setup",
-                      std::string("<S>\n<NetworkLayer Name=\"") + name +
-                          "\"/>\n<Directory>d</Directory>\n<DataFileName>" + name +
-                          "</DataFileName>\n</S>\n");
-      m_Install.Write(std::string("d/") + name + ".dsf", "<D/>");
+      m_Install.WriteDriver(name, "");
     }
-    m_Install.WriteBase("", drivers);
+    m_Install.WriteBase("", drivers,
+                        "<Locale>\n<Language>de</Language>\n<CharSet>UTF-8</CharSet>\n</Locale>\n");
     for (const char* locale : {"en", "fr", "de", "es"})
       m_Install.Write(std::string("driver") + locale + ".cfg", "<T>\n" + texts + "</T>\n");
-    m_Install.Write("qr.cfg", TempInstallation::MainFile(
-                                  "",
-                                  "<Locale>\n<Language>de</Language>\n<CharSet>UTF-8</CharSet>\n"
-                                  "</Locale>\n"));
   }
 
   // Runs `work(i)` on kThreads threads released at once.

@@ -13,54 +13,22 @@ const char* const kDrivers =
     "<NetworkLayer Name=\"Script\" Implementation=\"c\">\n<Alias>J</Alias>\n</NetworkLayer>\n"
     "<NetworkLayer Name=\"Plm\" Implementation=\"C\">\n<Alias>Shared</Alias>\n</NetworkLayer>\n";
 
-std::string SetupFile(const std::string& driver, const std::string& directory,
-                      const std::string& dataFile) {
-  return "<Setup>\n<NetworkLayer Name=\"" + driver + "\"/>\n<Directory>" + directory +
-         "</Directory>\n<DataFileName>" + dataFile +
-         "</DataFileName>\n<Version Type=\"Client\">1.2</Version>\n</Setup>\n";
-}
-
-class DriversTest : public ManagerTest {
- protected:
-  void WriteDriver(const std::string& setupName, const std::string& driver,
-                   const std::string& databases) {
-    m_Install.Write("setup/" + setupName, SetupFile(driver, "d/" + driver, driver));
-    m_Install.Write("d/" + driver + "/" + driver + ".dsf",
-                    "<DataAccess>\n" + databases + "</DataAccess>\n");
-  }
-};
-
-TEST_F(DriversTest, DriverTablesFromTheDriverList) {
-  m_Install.WriteBase("", kDrivers);
-  ConfigManager& manager = Init();
-  EXPECT_EQ(manager.GetDriverNames(), (std::map<std::string, std::string>{{"Crv", "Crv"},
-                                                                          {"O1", "Crv"},
-                                                                          {"Shared", "Crv"},
-                                                                          {"Script", "Script"},
-                                                                          {"J", "Script"},
-                                                                          {"Plm", "Plm"}}));
-  EXPECT_EQ(manager.GetNativeDrivers(), (std::vector<std::string>{"Crv", "Plm"}));
-  EXPECT_EQ(manager.GetOtherDrivers(), (std::vector<std::string>{"Script"}));
-  EXPECT_EQ(manager.ResolveDriverName("Shared"), "Crv");
-  QRError error = CatchQRError([&] { manager.ResolveDriverName("crv"); });
-  EXPECT_EQ(error.Code(), 22);
-  EXPECT_EQ(error.Argument().str(), "crv");
-  EXPECT_EQ(CatchQRError([&] { manager.ResolveDriverName(""); }).Argument().str(), "");
-}
+using DriversTest = ManagerTest;
 
 TEST_F(DriversTest, LoadsDatabasesWithDefaultsVersionsAndAliases) {
   m_Install.WriteBase("", kDrivers,
                       "<DriverDefaults>\n<Parameter Name=\"Library Name\">main</Parameter>\n"
                       "<Parameter Name=\"Fetch\">10</Parameter>\n</DriverDefaults>\n");
-  WriteDriver("crv.setup", "Crv",
-              "<Defaults>\n<Parameter Name=\"Port\">1521</Parameter>\n<Library>cl.so</Library>\n"
-              "</Defaults>\n"
-              "<DataBase Name=\"db1\" Active=\"Yes\">\n<Alias>D1</Alias>\n"
-              "<Parameter Name=\"Port\">1522</Parameter>\n</DataBase>\n"
-              "<DataBase Name=\"db2\" Active=\"Yes\"/>\n"
-              "<DataBase Name=\"off\" Active=\"No\"/>\n");
-  m_Install.Write("setup/crv.32.setup", SetupFile("Crv", "d/none", "none"));
-  m_Install.Write("setup/script.setup", SetupFile("Script", "d/Script", "Script"));
+  m_Install.WriteDriver(
+      "Crv",
+      "<Defaults>\n<Parameter Name=\"Port\">1521</Parameter>\n<Library>cl.so</Library>\n"
+      "</Defaults>\n"
+      "<DataBase Name=\"db1\" Active=\"Yes\">\n<Alias>D1</Alias>\n"
+      "<Parameter Name=\"Port\">1522</Parameter>\n</DataBase>\n"
+      "<DataBase Name=\"db2\" Active=\"Yes\"/>\n"
+      "<DataBase Name=\"off\" Active=\"No\"/>\n");
+  m_Install.Write("setup/crv.32.setup", TempInstallation::SetupFile("Crv", "none"));
+  m_Install.Write("setup/script.setup", TempInstallation::SetupFile("Script", "Script"));
   ConfigManager& manager = Init();
 
   EXPECT_EQ(Children("\\Quorin\\DBDrivers"), (std::vector<std::string>{"Crv"}));
@@ -80,49 +48,10 @@ TEST_F(DriversTest, LoadsDatabasesWithDefaultsVersionsAndAliases) {
   EXPECT_EQ(CatchQRError([&] { manager.GetDatabaseNames("Script"); }).Code(), 22);
 }
 
-TEST_F(DriversTest, FailingDataAccessFileBySelectedPolicy) {
-  m_Install.WriteBase("", kDrivers);
-  WriteDriver("crv.setup", "Crv", "<DataBase Name=\"db1\" Active=\"Yes\"/>\n");
-  WriteDriver("plm.setup", "Plm", "<DataBase Name=\"broken\" Active=\"Yes\">\n");
-  Init(Initialization::Server);  // Server mode skips every failing driver
-  EXPECT_EQ(Children("\\Quorin\\DBDrivers\\Crv"), (std::vector<std::string>{"db1"}));
-  ConfigStartup::Destroy();
-  EXPECT_EQ(CatchQRError([] { ConfigStartup::Initialize(Initialization::Library); }).Code(), 10);
-  m_Install.Write("qr.cfg", TempInstallation::MainFile().replace(
-                                TempInstallation::MainFile().find(">No<"), 4, ">Yes<"));
-  EXPECT_NO_THROW(Init(Initialization::Library));
-}
-
-TEST_F(DriversTest, ActiveDataSourcesFilterDriversAndDatabases) {
-  m_Install.WriteBase(
-      "<ActiveDataSources>\n<NetworkLayer Name=\"Plm\">\n<DataBase Name=\"p.*\"/>\n"
-      "</NetworkLayer>\n</ActiveDataSources>\n",
-      kDrivers);
-  WriteDriver("crv.setup", "Crv", "<DataBase Name=\"db1\" Active=\"Yes\"/>\n");
-  WriteDriver("plm.setup", "Plm",
-              "<DataBase Name=\"p1\" Active=\"Yes\"/>\n<DataBase Name=\"xp1\" Active=\"Yes\"/>\n");
-  Init(Initialization::Library);
-  EXPECT_EQ(Children("\\Quorin\\DBDrivers"), (std::vector<std::string>{"Plm"}));
-  EXPECT_EQ(Children("\\Quorin\\DBDrivers\\Plm"), (std::vector<std::string>{"p1"}));
-  ConfigStartup::Destroy();
-
-  // Server mode rebuilds the subtree from the host's registrations (none: load everything).
-  Init(Initialization::Server);
-  EXPECT_EQ(Children("\\Quorin\\ActiveDataSources"), std::vector<std::string>{});
-  EXPECT_EQ(Children("\\Quorin\\DBDrivers\\Plm"), (std::vector<std::string>{"p1", "xp1"}));
-  ConfigStartup::Destroy();
-
-  m_Install.WriteBase(  // an invalid pattern ends the start-up
-      "<ActiveDataSources>\n<NetworkLayer Name=\"Plm\">\n<DataBase Name=\"p(\"/>\n"
-      "</NetworkLayer>\n</ActiveDataSources>\n",
-      kDrivers);
-  EXPECT_EQ(CatchQRError([] { ConfigStartup::Initialize(Initialization::Library); }).Code(), 10);
-}
-
 TEST_F(DriversTest, ExtensionMarkersAddRepositoryOnce) {
   m_Install.WriteBase("", kDrivers);
-  WriteDriver(
-      "crv.setup", "Crv",
+  m_Install.WriteDriver(
+      "Crv",
       "<DataBase Name=\"a\" Active=\"Yes\">\n<Parameter Name=\"Extensions\">xa,yb</Parameter>\n"
       "<Parameter Name=\"Driver Capabilities\">Read</Parameter>\n</DataBase>\n"
       "<DataBase Name=\"b\" Active=\"Yes\">\n<Parameter Name=\"Extensions\">yb</Parameter>\n"

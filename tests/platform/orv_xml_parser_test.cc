@@ -8,7 +8,7 @@
 #include <string>
 
 #include "qr_config/platform/qr_error.h"
-#include "tests/platform/temp_dir.h"
+#include "support/temp_installation.h"
 
 // External entities and deep nesting: tests/robustness/broken_files_test.cc, through every
 // reader.
@@ -67,10 +67,11 @@ TEST(OrvXmlParserTest, CharacterDataComesInLineChunks) {
       // UTF-16 with byte-order marks, declared ISO-8859-1, UTF-8 with byte-order mark.
       {"\xFF\xFE<\0a\0>\0\xE9\0<\0/\0a\0>\0"s, "<a>|\xC3\xA9|</a>|"},
       {"\xFE\xFF\0<\0a\0>\0\xE9\0<\0/\0a\0>"s, "<a>|\xC3\xA9|</a>|"},
+      {"\xFF\xFE<\0a\0>\0\xFF\xDB\xFF\xDF<\0/\0a\0>\0"s, "<a>|\xF4\x8F\xBF\xBF|</a>|"},
       {"<?xml version='1.0' encoding='ISO-8859-1'?><a>\xE9</a>", "<a>|\xC3\xA9|</a>|"},
       {"\xEF\xBB\xBF<a>\xC3\xA9</a>", "<a>|\xC3\xA9|</a>|"},
   };
-  TempDir dir;
+  TempInstallation dir;
   for (const auto& c : cases) {
     Recorder recorder;
     recorder.ParseFile(dir.Write("doc.xml", c[0]));
@@ -82,7 +83,7 @@ TEST(OrvXmlParserTest, ChunksDoNotDependOnBlockBoundaries) {
   const std::string unit = "ab&amp;<![CDATA[c]]>&#66;";
   std::string text, expected;
   for (int i = 0; i < 3000; ++i) text += unit, expected += "ab&cB";  // more than one block
-  TempDir dir;
+  TempInstallation dir;
   // Shift the text by every offset within a unit, so that a block boundary falls at every
   // position of a reference and a CDATA marker.
   for (std::size_t pad = 1; pad <= unit.size() + 1; ++pad) {
@@ -98,7 +99,7 @@ TEST(OrvXmlParserTest, OverlongLinesComeInBoundedChunksThatKeepSurrogatePairs) {
   // a failure must not print megabytes.)
   const std::size_t bound = OrvXmlParser::kMaxChunkUnits;
   const std::string pair = "\xF0\x9F\x98\x80";
-  TempDir dir;
+  TempInstallation dir;
   Recorder recorder;
   recorder.ParseFile(dir.Write("long.xml", "<a>" + std::string(bound - 1, 'a') + pair +
                                                std::string(bound + 10, 'b') + "</a>"));
@@ -115,11 +116,18 @@ TEST(OrvXmlParserTest, FailuresCarryTheirCodePathAndPosition) {
     bomb += "'>";
   }
   // clang-format off
-  const std::pair<std::string, std::int32_t> cases[] = {
+  std::vector<std::pair<std::string, std::int32_t>> cases = {
       {"", 46}, {"<a><b>text", 46}, {"<a>x\0y</a>"s, 46}, {"<a>x\xFFy</a>", 47},
       {"<a/>\xC3", 47}, {"<?xml version='1.0' encoding='klingon'?><a/>", 47},
       {"<?xml version='1.0' encoding='UTF-16'?><a/>", 47},
       {"\xFF\xFE<\0a\0>\0\0\xD8x\0<\0/\0a\0>\0"s, 47},  // lone high surrogate
+      {"\xFE\xFF\0<\0a\0>\xD8\0\0x\0<\0/\0a\0>"s, 47},  // the same, big-endian
+      {"\xFF\xFE<\0a\0>\0\xFF\xDF<\0/\0a\0>\0"s, 47},  // lone low surrogate
+      {"\xFF\xFE<\0a\0>\0\0\xD8"s, 47},  // high surrogate at the end
+      {"\xFF\xFE<\0a\0>\0\x01\0<\0/\0a\0>\0"s, 46},  // no XML character, but UTF-16
+      {"<?xml version='1.0' encoding='US-ASCII'?><a>\x80</a>", 47},
+      {"<?xml version='1.0' encoding='US-ASCII'?><a>\x01</a>", 46},
+      {"<?xml version='1.0' encoding='ISO-8859-1'?><\xD7/>", 46},
       {"\xFF\xFE<\0a\0/\0>\0\n"s, 47},  // an odd trailing byte of UTF-16
       {bomb + "]><l>&a8;</l>", 48},
       // The longest token is read in linear time; one byte more is refused.
@@ -127,18 +135,27 @@ TEST(OrvXmlParserTest, FailuresCarryTheirCodePathAndPosition) {
       {"<a b='" + std::string(OrvXmlParser::kMaxTokenBytes, 'x') + "'/>", 48},
       {"<a><!--" + std::string(OrvXmlParser::kMaxTokenBytes, 'x') + "--></a>", 48}};
   // clang-format on
-  TempDir dir;
+  // An invalid token at a character: 46 when it is well-formed UTF-8 (at the bounds of each
+  // lead byte's range), 47 when it is not.
+  for (const char* character : {"\xC2\x80", "\xDF\xBF", "\xE0\xA0\x80", "\xED\x9F\xBF",
+                                "\xEF\xBF\xBF", "\xF0\x90\x80\x80", "\xF4\x8F\xBF\xBF"})
+    cases.push_back({"<" + std::string(character) + "/>", 46});
+  cases.push_back({"<\xC2\x80", 46});  // the character ends the file
+  for (const char* bytes : {"\x80", "\xC1\xBF", "\xE0\x9F\xBF", "\xED\xA0\x80", "\xE1\x80\x7F",
+                            "\xF0\x8F\xBF\xBF", "\xF4\x90\x80\x80", "\xF5\x80\x80\x80"})
+    cases.push_back({"<" + std::string(bytes) + "/>", 47});
+  TempInstallation dir;
   for (const auto& [document, code] : cases) {
     EXPECT_EQ(code, CodeOf(dir.Write("bad.xml", document))) << document.substr(0, 60);
   }
-  EXPECT_EQ(45, CodeOf(dir.Path() + "/missing.xml"));
-  EXPECT_EQ(45, CodeOf(dir.Path()));
+  EXPECT_EQ(45, CodeOf(dir.Path("missing.xml")));
+  EXPECT_EQ(45, CodeOf(dir.Dir()));
   // Only regular files: a FIFO (without a writer, so that a regression cannot block) and a
   // device, behind a symbolic link too, are refused on the opened descriptor.
-  const std::string fifo = dir.Path() + "/fifo.xml";
+  const std::string fifo = dir.Path("fifo.xml");
   ASSERT_EQ(0, mkfifo(fifo.c_str(), 0600));
   EXPECT_EQ(45, CodeOf(fifo));
-  const std::string link = dir.Path() + "/null.xml";
+  const std::string link = dir.Path("null.xml");
   ASSERT_EQ(0, symlink("/dev/null", link.c_str()));
   EXPECT_EQ(45, CodeOf(link));
   if (geteuid() != 0) {  // root reads any file
@@ -146,7 +163,11 @@ TEST(OrvXmlParserTest, FailuresCarryTheirCodePathAndPosition) {
     chmod(locked.c_str(), 0);
     EXPECT_EQ(45, CodeOf(locked));
   }
+  // A reused parser: the first document's declared encoding does not hold for the next.
   Recorder recorder;
+  EXPECT_EQ(46, CodeOf(dir.Write("latin.xml", "<?xml version='1.0' encoding='ISO-8859-1'?><\xD7/>"),
+                       recorder));
+  EXPECT_EQ(47, CodeOf(dir.Write("utf8.xml", "<\xD7/>"), recorder));
   EXPECT_EQ(46, CodeOf(dir.Write("doc.xml", "<a>\n  <b></c>\n</a>"), recorder));
   EXPECT_EQ(2u, recorder.LastError().Line);
   EXPECT_EQ(8u, recorder.LastError().Column);
@@ -161,7 +182,7 @@ TEST(OrvXmlParserTest, HandlerExceptionsPassUnchanged) {
     }
     bool Library = true;
   } thrower;
-  TempDir dir;
+  TempInstallation dir;
   const std::string path = dir.Write("doc.xml", "<a><b>text</b></a>");
   try {
     thrower.ParseFile(path);

@@ -18,38 +18,22 @@ stdx::path Make(const std::string& text) {
   return stdx::path(text, stdx::path::generic, '\\');
 }
 
-TEST(StdxPathTest, SplitsTextIntoLevels) {
-  const struct {
-    const char* text;
-    std::vector<std::string> levels;
-  } cases[] = {
-      {"", {}},
-      {"\\Quorin", {"Quorin"}},
-      {"\\Quorin\\DBDrivers", {"Quorin", "DBDrivers"}},
-      {"Quorin\\DBDrivers", {"Quorin", "DBDrivers"}},  // leading separator is optional
-      {"\\", {""}},
-      {"\\A\\\\B\\", {"A", "", "B", ""}},  // doubled and trailing separators keep empty levels
-      {"\\\\A", {"", "A"}},
-      {"\\ Quo rin \\db", {" Quo rin ", "db"}},  // no trimming, case kept
-      {"A/B", {"A/B"}},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.text);
-    const stdx::path p = Make(c.text);
-    EXPECT_EQ(Levels(p), c.levels);
-    EXPECT_STREQ(static_cast<const char*>(p), c.text);  // the text is never rewritten
-    EXPECT_THROW(p[p.levels()], std::out_of_range);
-    EXPECT_THROW(p[-1], std::out_of_range);
-  }
-}
-
-TEST(StdxPathTest, AppendingAddsTheNameAsLevelsAndKeepsTheTextSplittable) {
+// A path splits its text into levels and never rewrites it; a name appended (by += or by the
+// two-part constructor) adds its levels, and the text made keeps splitting the same way.
+TEST(StdxPathTest, SplitsTextIntoLevelsAndAppendsNames) {
   const struct {
     const char* parent;
-    const char* name;
+    const char* name;  // nullptr: the parent alone
     const char* text;
     std::vector<std::string> levels;
   } cases[] = {
+      {"", nullptr, "", {}},
+      {"\\Quorin\\DBDrivers", nullptr, "\\Quorin\\DBDrivers", {"Quorin", "DBDrivers"}},
+      {"Quorin\\DBDrivers", nullptr, "Quorin\\DBDrivers", {"Quorin", "DBDrivers"}},
+      {"\\", nullptr, "\\", {""}},
+      {"\\A\\\\B\\", nullptr, "\\A\\\\B\\", {"A", "", "B", ""}},  // empty levels are kept
+      {"\\ Quo rin \\db", nullptr, "\\ Quo rin \\db", {" Quo rin ", "db"}},  // no trimming
+      {"A/B", nullptr, "A/B", {"A/B"}},
       {"\\Quorin", "DBDrivers", "\\Quorin\\DBDrivers", {"Quorin", "DBDrivers"}},
       {"", "Quorin", "\\Quorin", {"Quorin"}},
       {"\\", "A", "\\\\A", {"", "A"}},
@@ -58,14 +42,18 @@ TEST(StdxPathTest, AppendingAddsTheNameAsLevelsAndKeepsTheTextSplittable) {
       {"Q", "\\A", "Q\\\\A", {"Q", "", "A"}},
   };
   for (const auto& c : cases) {
-    SCOPED_TRACE(std::string(c.parent) + " += " + c.name);
+    SCOPED_TRACE(std::string(c.parent) + " += " + (c.name != nullptr ? c.name : "(none)"));
     stdx::path extended = Make(c.parent);
-    extended += c.name;
-    const stdx::path made(c.parent, c.name, stdx::path::generic, '\\');
+    if (c.name != nullptr) extended += c.name;
+    const stdx::path made = c.name != nullptr
+                                ? stdx::path(c.parent, c.name, stdx::path::generic, '\\')
+                                : Make(c.parent);
     for (const stdx::path* p : std::vector<const stdx::path*>{&extended, &made}) {
       EXPECT_STREQ(static_cast<const char*>(*p), c.text);
       EXPECT_EQ(Levels(*p), c.levels);
-      EXPECT_EQ(Levels(Make(c.text)), c.levels);  // re-made from its text: the same levels
+      EXPECT_EQ(Levels(Make(c.text)), c.levels);
+      EXPECT_THROW((*p)[p->levels()], std::out_of_range);
+      EXPECT_THROW((*p)[-1], std::out_of_range);
     }
   }
 }

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "qr_config/platform/i18n_string.h"
 #include "qr_config/platform/qr_error.h"
 
 namespace {
@@ -41,6 +42,33 @@ TEST(UnicodeManagerTest, FailuresNameTheCharacterSetAndKeepTheOutput) {
       EXPECT_EQ("old", out.str());
     }
   }
+}
+
+// UTF-8 and UTF-16 convert into each other at the bounds of every sequence length; bytes that
+// are not well-formed UTF-8 (overlong, surrogate, beyond U+10FFFF, a bad lead byte) and
+// unpaired surrogates each become U+FFFD.
+TEST(I18nStringTest, ConvertsAtEveryBoundAndReplacesWhatIsNotWellFormed) {
+  const std::string utf8 =
+      "\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF\xF0\x90\x80\x80\xF4\x8F\xBF\xBF";
+  const std::u16string utf16 = u"\x7F\x80\x7FF\x800\xFFFF\U00010000\U0010FFFF";
+  const std::pair<std::string, std::u16string> cases[] = {
+      {utf8, utf16},
+      {"\xC1\xBF\xBF\xBF", u"\xFFFD\xFFFD\xFFFD\xFFFD"},
+      {"\xE0\x9F\xBF\xED\xA0\x80", u"\xFFFD\xFFFD\xFFFD\xFFFD\xFFFD\xFFFD"},
+      {"\xF4\x90\x80\x80\xF5\xC3", u"\xFFFD\xFFFD\xFFFD\xFFFD\xFFFD\xFFFD"}};
+  for (const auto& [bytes, units] : cases) {
+    ucs2basic_string converted;
+    AppendUtf8AsUtf16(bytes.data(), bytes.size(), converted);
+    EXPECT_TRUE(converted == ucs2basic_string(units.begin(), units.end())) << bytes;
+  }
+  std::string back;
+  const ucs2basic_string units(utf16.begin(), utf16.end());
+  AppendUtf16AsUtf8(units.data(), units.size(), back);
+  EXPECT_EQ(utf8, back);
+  const ucs2char unpaired[] = {0xDC00, 0xDBFF, 'x', 0xD800};
+  back.clear();
+  AppendUtf16AsUtf8(unpaired, 4, back);
+  EXPECT_EQ("\xEF\xBF\xBD\xEF\xBF\xBDx\xEF\xBF\xBD", back);
 }
 
 }  // namespace

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "qr_config/platform/qr_error.h"
-#include "tests/platform/temp_dir.h"
+#include "support/temp_installation.h"
 
 namespace {
 
@@ -41,7 +41,7 @@ TEST(XMLParserTest, ParseParameterClassifiesWholeTexts) {
       {"2147483647", "2147483647"}, {"-2147483648", "-2147483648"},
       {"0000000000002147483647", "2147483647"}, {"2147483648", "text"},
       {"-2147483649", "text"}, {"99999999999999999999", "text"}, {"", "text"},
-      {" yes", "text"}, {"yes ", "text"}, {"1.5", "text"}, {"0x10", "text"}, {"nope", "text"},
+      {" yes", "text"}, {" 5", "text"}, {"yes ", "text"}, {"1.5", "text"}, {"0x10", "text"}, {"nope", "text"},
       {"t", "text"}, {"yess", "text"}, {"+-5", "text"}, {"|-5", "text"}, {"5\n", "text"}};
   // clang-format on
   Classifier classifier;
@@ -65,8 +65,8 @@ TEST(XMLParserTest, PreChecksGiveTheMatchersResults) {
 }
 
 TEST(XMLParserTest, ParseNamesTheFileByItsPathText) {
-  TempDir dir;
-  const Poco::Path path(dir.Path() + "/sub/../missing.xml");
+  TempInstallation dir;
+  const Poco::Path path(dir.Path("sub/../missing.xml"));
   try {
     Classifier().Parse(path);
     ADD_FAILURE();

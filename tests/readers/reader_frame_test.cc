@@ -48,10 +48,11 @@ TYPED_TEST(ReaderFrameTest, ParseCodesBecomeFileCodesWithThePath) {
     for (int k = 0; k < 10; ++k) bomb += "&e" + std::to_string(i - 1) + ";";
     bomb += "\">";
   }
-  const Poco::TemporaryFile missing;
-  const XmlFile malformed("<a><b></a>"), encoding("<a>\xff</a>"), refused(bomb + "]><a>&e8;</a>");
-  const Poco::Path paths[] = {Poco::Path(missing.path()), malformed.Path(), encoding.Path(),
-                              refused.Path()};
+  const TempInstallation files;
+  const Poco::Path paths[] = {Poco::Path(files.Path("missing.xml")),
+                              Poco::Path(files.Write("malformed.xml", "<a><b></a>")),
+                              Poco::Path(files.Write("encoding.xml", "<a>\xff</a>")),
+                              Poco::Path(files.Write("refused.xml", bomb + "]><a>&e8;</a>"))};
   const std::int32_t first = std::is_same_v<TypeParam, DsfXmlParser> ? 279 : 264;
   for (std::int32_t i = 0; i < 4; ++i) {
     Dependencies d;

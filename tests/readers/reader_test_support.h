@@ -1,48 +1,37 @@
-// Helpers of the reader tests: documents in temporary files and fixtures, a fixed test platform,
-// compact descriptions of nodes; ExpectQRError comes from the model tests.
+// Helpers of the reader tests: documents in temporary files and fixtures, compact
+// descriptions of nodes; ExpectQRError comes from the model tests, TestPlatform from the
+// installation builder.
 #pragma once
 
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <string>
 
-#include "Poco/TemporaryFile.h"
+#include "Poco/Path.h"
 #include "qr_config/config/model/tree.h"
-#include "qr_config/platform/process.h"
 #include "qr_config/platform/qr_error.h"
+#include "support/temp_installation.h"
 #include "tests/model/model_test_support.h"
 
 using Field = ConfigManagerTypes::Field;
 using Node = ConfigManagerTypes::Node;
 using TreeNode = tree_node<Node>;
 
-// A document written to a temporary file, removed with the object.
+// A document in a temporary directory, removed with the object.
 class XmlFile {
  public:
-  explicit XmlFile(const std::string& content) { std::ofstream(m_File.path()) << content; }
-  Poco::Path Path() const { return Poco::Path(m_File.path()); }
+  explicit XmlFile(const std::string& content) : m_Path(m_Dir.Write("doc.xml", content)) {}
+  Poco::Path Path() const { return Poco::Path(m_Path); }
 
  private:
-  Poco::TemporaryFile m_File;
+  TempInstallation m_Dir;
+  std::string m_Path;
 };
 
 // A document of tests/data/readers.
 inline Poco::Path Fixture(const std::string& name) {
   return Poco::Path(std::string(QR_TEST_DATA_DIR) + "/readers/" + name);
 }
-
-// The running platform "TestOS", which answers to "TestOS", "TestFamily" and "p2";
-// OSList("TestFamily") is {"TestOS", "OtherOS"}. Restores the build defaults on destruction.
-struct TestPlatform {
-  TestPlatform() {
-    Process::Configure({"TestOS",
-                        "UTF-8",
-                        {"TestOS", "TestFamily", "p2"},
-                        {{"TestFamily", {"TestOS", "OtherOS"}}}});
-  }
-  ~TestPlatform() { Process::Reset(); }
-};
 
 // A field as "name=true", "name=42" (Long) or "name='text'" (String).
 inline std::string Describe(const Field& field) {

@@ -11,6 +11,12 @@
 
 #include "fuzz/fuzz_inputs.h"
 
+namespace FuzzInputs {
+void PrintTo(const Target& target, std::ostream* out) {
+  *out << target.Name;
+}
+}  // namespace FuzzInputs
+
 namespace {
 
 std::vector<std::string> FilesIn(const std::string& directory) {

@@ -9,7 +9,7 @@
 
 #include "qr_config/platform/sfile.h"
 #include "robustness/memory_probe.h"
-#include "robustness/probe_installation.h"
+#include "robustness/startup_probe.h"
 #include "support/manager_fixture.h"
 
 namespace {
@@ -52,9 +52,9 @@ class LargeFileTest : public ManagerTest {
                   const std::string& close = "", std::size_t bytes = kFileBytes) {
     const std::string marker = "\x01";
     const std::string text =
-        ProbeInstallation::Document(kind, kBaselinePayload, kXmlDeclaration, marker);
+        TempInstallation::Document(kind, kBaselinePayload, kXmlDeclaration, marker);
     const std::size_t at = IsXml(kind) ? text.find(marker) : text.size();
-    std::ofstream out(m_Files.Path(kind), std::ios::binary | std::ios::trunc);
+    std::ofstream out(m_Install.Path(kind), std::ios::binary | std::ios::trunc);
     out << text.substr(0, at) << open;
     std::string block;
     while (block.size() + filler.size() <= std::min(bytes, std::size_t{1} << 20)) block += filler;
@@ -68,23 +68,22 @@ class LargeFileTest : public ManagerTest {
   // The peak memory growth of a Library-mode start-up that must load with the baseline probe.
   double LoadingGrowthMb(FileKind kind) {
     std::string outcome;
-    const double growth =
-        PeakGrowthMb([&] { outcome = m_Files.Outcome(kind, Initialization::Library); });
+    const double growth = PeakGrowthMb(
+        [&] { outcome = StartupProbe(m_Install).Outcome(kind, Initialization::Library); });
     EXPECT_EQ(outcome, "ok 'v1'");
     RecordProperty("peak_growth_mb", std::to_string(growth));
     return growth;
   }
-
-  ProbeInstallation m_Files{m_Install};
 };
 
 class LargeFileKindTest : public LargeFileTest, public testing::WithParamInterface<FileKind> {};
 
 TEST_P(LargeFileKindTest, LoadsWithBoundedMemory) {
   const FileKind kind = GetParam();
-  m_Files.WriteBaseline();
+  m_Install.WriteBaseline();
   // Both kinds are streamed; a parameter file larger than its limit is refused unread.
-  const std::size_t filler = SFile::kMaxFileBytes - m_Files.Document(kind, kBaselinePayload).size();
+  const std::size_t filler =
+      SFile::kMaxFileBytes - TempInstallation::Document(kind, kBaselinePayload).size();
   WriteLarge(kind, Filler(kind), "", "", IsXml(kind) ? kFileBytes : filler);
   const double growth = LoadingGrowthMb(kind);
   if (growth >= 0) {
@@ -100,7 +99,7 @@ INSTANTIATE_TEST_SUITE_P(Kinds, LargeFileKindTest, testing::ValuesIn(AllKinds())
 // One line of 200 MB inside an element that no reader looks at: the XML layer hands the text
 // on in chunks of bounded size.
 TEST_F(LargeFileTest, OneLongLineLoadsWithBoundedMemory) {
-  m_Files.WriteBaseline();
+  m_Install.WriteBaseline();
   WriteLarge(FileKind::Main, std::string(1000, 'x'), "<Ignored>", "</Ignored>");
   const double growth = LoadingGrowthMb(FileKind::Main);
   if (growth >= 0) {

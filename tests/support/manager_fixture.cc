@@ -40,10 +40,3 @@ void RecordingObserver::OnValue(const LoadedValue& value) {
         " <= " + std::string(origin->Text) + "@" + Place(origin->Where.File, origin->Where.Line);
   Origins.push_back(chain);
 }
-
-bool RecordingObserver::Has(const std::string& kind, const std::string& place) const {
-  for (const std::string& diagnostic : Diagnostics) {
-    if (diagnostic == kind + " " + place) return true;
-  }
-  return false;
-}

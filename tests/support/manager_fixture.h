@@ -51,17 +51,13 @@ class ManagerTest : public ::testing::Test {
 struct RecordingObserver : LoadObserver {
   bool KeepGoing = false;
   bool Values = false;
-  bool OnDemand = false;
   std::vector<std::string> Diagnostics;
   std::vector<std::string> Origins;
 
   bool WantsKeepGoing() const override { return KeepGoing; }
   bool WantsValues() const override { return Values; }
-  bool WantsOnDemandFiles() const override { return OnDemand; }
   void OnDiagnostic(const LoadDiagnostic& diagnostic) override;
   void OnValue(const LoadedValue& value) override;
-  // True when a diagnostic of `kind` was reported at `place` ("qr.cfg:35").
-  bool Has(const std::string& kind, const std::string& place) const;
 };
 
 // Runs `call` and returns the QRError it throws; fails the test when it throws none.

@@ -113,21 +113,6 @@ TEST(CommandsTest, ListAndDiffCompareEffectiveConfigurations) {
   EXPECT_EQ(2, RunQrConfig({"diff", SampleDir(), "/nonexistent"}).Status);
 }
 
-TEST(CommandsTest, WholeTreeStartsAtTheRootAndIndentsEveryLevel) {
-  const ToolRun run = RunQrConfig({"tree"});
-  ASSERT_EQ(0, run.Status) << run.Err;
-  EXPECT_EQ(0u, run.Out.find("\\Quorin\n├── Config Directory: String = \"" + SampleDir() + "\"\n"));
-  for (const char* line :
-       {"\n│   ├── Connection Timeout: Long = 60\n",
-        "\n│   │   │   └── Extensions: String = \"spatial,text\"\n", "\n└── Localization\n"}) {
-    EXPECT_NE(std::string::npos, run.Out.find(line)) << line;
-  }
-  // The drivers come in the setup directory's listing order, so Pelmora may or may not be
-  // the last one.
-  EXPECT_TRUE(run.Out.find("\n│   │   └── plm16\n") != std::string::npos ||
-              run.Out.find("\n│       └── plm16\n") != std::string::npos);
-}
-
 struct FailingQuery {
   std::vector<std::string> Arguments;
   std::string Error;   // the error's own text
@@ -145,6 +130,11 @@ TEST(CommandsTest, FailuresExitWithOneAndSayWhatToDo) {
        "the configuration directory " + SampleDir() +
            "/setup (from --config-dir) holds no configuration: it has neither qr.cfg nor "
            "driver.cfg.\n",
+       ""},
+      {{"tree", "--config-dir", SampleDir() + "/qr.cfg"},
+       "the configuration directory " + SampleDir() +
+           "/qr.cfg (from --config-dir) is not a "
+           "directory.\n",
        ""},
       {{"drivers", "--platform", "Windows-x64"}, notLoaded, "Run 'qrconfig check'"},
       {{"get", "/Quorin/Nope"},

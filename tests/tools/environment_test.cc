@@ -70,23 +70,6 @@ TEST(ConfigDirectoryTest, TakesTheFirstSourceThatNamesOneAndHasNoDefault) {
   EXPECT_THROW(ConfigDirectoryLocator::Locate(none, ""), UsageError);
 }
 
-TEST(ConfigDirectoryTest, SaysInOneSentenceWhenADirectoryHoldsNoConfiguration) {
-  const std::pair<std::string, std::string> cases[] = {
-      {QR_EXAMPLES_DIR "/sample-config", ""},
-      {"/nonexistent/qr", "the configuration directory /nonexistent/qr (from test) does not exist"},
-      {QR_EXAMPLES_DIR "/sample-config/qr.cfg", "is not a directory"},
-      {QR_EXAMPLES_DIR "/sample-config/setup",
-       "holds no configuration: it has neither qr.cfg nor "
-       "driver.cfg"},
-  };
-  for (const auto& [path, problem] : cases) {
-    SCOPED_TRACE(path);
-    const std::string found = ConfigDirectoryLocator::Problem({path, "test"});
-    EXPECT_EQ(problem.empty(), found.empty()) << found;
-    EXPECT_NE(std::string::npos, found.find(problem)) << found;
-  }
-}
-
 TEST(ErrorAdviceTest, EveryCodeOfTheCatalogueHasAdviceOfItsOwn) {
   const std::int32_t codes[] = {1,   4,   5,   10,  13,  22,  45,  46,  47,  48,
                                 50,  259, 260, 261, 262, 263, 264, 265, 266, 267,
