@@ -51,26 +51,24 @@ TEST_F(SFileTest, ReadsSectionsAndParameters) {
       "[B] \t\v\f\n"
       "x = 1\n"
       "[CharSets]\n"
-      "Later = -7\n[" +
-      longName + "]\nn = " + longValue);
-  ASSERT_EQ(file.Sections().size(), 4u);
+      "Later = -7\n"
+      "[S]\nx = 1\nx#2 = lit\nx = 2\nx = 3\n[T]\n[S]\nx = 4\n[" +  // repeated names
+      longName +
+      "]\nn = " + longValue);
+  ASSERT_EQ(file.Sections().size(), 6u);
   EXPECT_EQ(Entries(*file.FindSection("CharSets")),
             (std::vector<std::string>{"Colon|Colon|12|2", "Empty|Empty||1",
                                       "Indented|Indented|yes|3", "Later|Later|-7|2",
                                       "Name One|Name One|Value with ; and # inside|1"}));
+  EXPECT_EQ(Entries(*file.FindSection("S")),
+            (std::vector<std::string>{"x|x|1|2", "x#2|x#2|lit|1", "x#3|x|2|2", "x#4|x|3|2",
+                                      "x#5|x|4|2"}));
   EXPECT_TRUE(ini_allow_inline_comments);
   EXPECT_EQ(Entries(*file.FindSection(longName)),
             (std::vector<std::string>{"n|n|" + longValue + "|1"}));
   ASSERT_NE(file.FindSection("Empty Section"), nullptr);
   EXPECT_TRUE(file.FindSection("Empty Section")->empty());
   EXPECT_EQ(file.FindSection("charsets"), nullptr);  // exact names
-}
-
-TEST_F(SFileTest, RepeatedNamesKeepEveryOccurrence) {
-  const SFile file = Parse("[S]\nx = 1\nx#2 = lit\nx = 2\nx = 3\n[T]\n[S]\nx = 4\n");
-  EXPECT_EQ(Entries(*file.FindSection("S")),
-            (std::vector<std::string>{"x|x|1|2", "x#2|x#2|lit|1", "x#3|x|2|2", "x#4|x|3|2",
-                                      "x#5|x|4|2"}));
 }
 
 // Every failure has its kind (0 malformed, with the line; 1 cannot open; 2 cannot read), names
