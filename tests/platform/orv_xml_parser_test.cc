@@ -115,6 +115,8 @@ TEST(OrvXmlParserTest, FailuresCarryTheirCodePathAndPosition) {
       {"\xFF\xFE<\0a\0>\0\0\xD8x\0<\0/\0a\0>\0"s, 47},  // lone high surrogate
       {"\xFE\xFF\0<\0a\0>\xD8\0\0x\0<\0/\0a\0>"s, 47},  // the same, big-endian
       {"\xFF\xFE<\0a\0>\0\xFF\xDF<\0/\0a\0>\0"s, 47},  // lone low surrogate
+      // A well-formed pair at both ends of the low range, but no name character: 46.
+      {"\xFF\xFE<\0\0\xD8\0\xDC/\0>\0"s, 46}, {"\xFF\xFE<\0\xFF\xDB\xFF\xDF/\0>\0"s, 46},
       {"\xFF\xFE<\0a\0>\0\0\xD8"s, 47},  // high surrogate at the end
       {"\xFF\xFE<\0a\0>\0\x01\0<\0/\0a\0>\0"s, 46},  // no XML character, but UTF-16
       {"<?xml version='1.0' encoding='US-ASCII'?><a>\x80</a>", 47},
