@@ -63,7 +63,8 @@ TEST(ConfigTreeTest, FailedLookupsThrowWithThePath) {
   }
 }
 
-TEST(ConfigTreeTest, MovingCopies) {
+// Moving a tree or a path copies it: the source keeps its nodes and its text.
+TEST(ConfigTreeTest, MovingTreesAndPathsCopies) {
   Tree source = Sample();
   Tree moved(std::move(source));
   EXPECT_TRUE(source.Exists(NodePath("\\Quorin\\DBDrivers\\D")));
@@ -72,5 +73,11 @@ TEST(ConfigTreeTest, MovingCopies) {
   assigned = std::move(moved);
   EXPECT_TRUE(moved.Exists(NodePath("\\Quorin\\Leaf")));
   EXPECT_TRUE(assigned.Exists(NodePath("\\Quorin\\Leaf")));
+  NodePath path("\\Quorin\\Leaf");
+  NodePath movedPath(std::move(path));
+  EXPECT_TRUE(assigned.Exists(path));
+  path = std::move(movedPath);
+  EXPECT_TRUE(assigned.Exists(movedPath));
 }
+
 }  // namespace

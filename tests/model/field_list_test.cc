@@ -22,42 +22,19 @@ std::vector<Field> Contents(const List& list) {
   return {list.begin(), list.end()};
 }
 
-TEST(FieldListTest, AddingRefusesEqualFieldsOnly) {
-  List list;
-  EXPECT_TRUE(list.push_front(Field("A", std::int32_t{1})));
-  EXPECT_FALSE(list.push_back(Field("A", std::int32_t{1})));
-  EXPECT_FALSE(list.push_front(Field("A", std::int32_t{1})));
-  EXPECT_TRUE(list.push_back(Field("A", std::int32_t{2})));  // same name, other value
-  EXPECT_TRUE(list.push_back(Field("A", "1")));              // same name, other tag
-  EXPECT_EQ(Contents(list), (std::vector<Field>{Field("A", std::int32_t{1}),
-                                                Field("A", std::int32_t{2}), Field("A", "1")}));
-
-  auto [at, added] = list.insert(list.end(), Field("B", true));
-  EXPECT_TRUE(added);
-  EXPECT_EQ(&*at, &list.back());
-  auto [equal, again] = list.insert(list.begin(), Field("A", std::int32_t{2}));
-  EXPECT_FALSE(again);
-  EXPECT_EQ(&*equal, &*++list.begin());
-  EXPECT_EQ(list.size(), 4u);
-}
-
-TEST(FieldListTest, RemoveTakesEveryEqualFieldIncludingItsOwnArgument) {
+// What the randomised comparison below does not reach: a refused insert points at the equal
+// field, and remove() takes an element of the list itself as its argument (compared first,
+// removed last).
+TEST(FieldListTest, RefusedInsertPointsAtTheEqualFieldAndRemoveTakesItsOwnElement) {
   List list;
   list.push_back(Field("A", "x"));
   list.push_back(Field("B", "y"));
-  list.push_back(Field("A", "z"));
-  list.back().Update("x");  // two equal fields now; a copy keeps both
-  List copy = list;
-  ASSERT_EQ(copy.size(), 3u);
-  copy.remove(Field("A", "x"));
-  EXPECT_EQ(Contents(copy), (std::vector<Field>{Field("B", "y")}));
-
-  list.remove(list.front());  // the argument is an element: compared first, removed last
+  auto [equal, added] = list.insert(list.begin(), Field("B", "y"));
+  EXPECT_FALSE(added);
+  EXPECT_EQ(&*equal, &list.back());
+  ModelBuilder::Append(list, Field("A", "x"));  // a second equal field, without the scan
+  list.remove(list.front());
   EXPECT_EQ(Contents(list), (std::vector<Field>{Field("B", "y")}));
-  list.remove(Field("missing", true));
-  EXPECT_EQ(list.size(), 1u);
-  list.erase(list.begin(), list.end());
-  EXPECT_TRUE(list.empty());
 }
 
 // The list against a plain vector of (address, value) through a long run of mixed edits:

@@ -16,20 +16,6 @@ static_assert(!std::is_constructible_v<Field, std::string, long>);
 static_assert(!std::is_constructible_v<Field, std::string, double>);
 static_assert(!std::is_constructible_v<Field, std::string, std::nullptr_t>);
 
-TEST(FieldTest, OverloadsPickTheExpectedTag) {
-  EXPECT_EQ(Field().ValueType(), Field::None);
-  EXPECT_EQ(Field("n", "text").ValueType(), Field::String);
-  EXPECT_EQ(Field("n", std::string("t")).ValueType(), Field::String);
-  EXPECT_EQ(Field("n", orv_utf8string("t")).ValueType(), Field::UTF8String);
-  EXPECT_EQ(Field("Status", 0).ValueType(), Field::Long);
-  EXPECT_EQ(Field("n", true).ValueType(), Field::Bool);
-  std::string text;
-  Field updated("n", "old");
-  updated.Update("new");  // a literal updates a String field
-  updated.Value(text);
-  EXPECT_EQ(text, "new");
-}
-
 template <typename T>
 void Read(Field& field) {
   T out{};
