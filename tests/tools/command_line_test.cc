@@ -130,7 +130,16 @@ TEST(CommandLineTest, UsageErrorsExitWithStatusTwoAndPointAtTheHelp) {
   EXPECT_EQ(0u, err.str().find("qrconfig: no configuration directory given: name one with "
                                "--config-dir DIR or the environment variable QR_CONFIG_DIR.\n"))
       << err.str();
-  if (environment != nullptr) setenv("QR_CONFIG_DIR", saved.c_str(), 1);
+  // The environment names the directory when the command line does not.
+  setenv("QR_CONFIG_DIR", "/nonexistent/env/", 1);
+  EXPECT_EQ(1, RunTool({"tree"}, out, err));
+  EXPECT_NE(std::string::npos,
+            err.str().find("directory /nonexistent/env (from QR_CONFIG_DIR) does not exist"));
+  if (environment != nullptr) {
+    setenv("QR_CONFIG_DIR", saved.c_str(), 1);
+  } else {
+    unsetenv("QR_CONFIG_DIR");
+  }
 }
 
 TEST(CommandLineTest, HelpOfTheProgramAndOfEachCommandFitsEightyColumns) {
