@@ -106,7 +106,6 @@ TEST(CommandLineTest, RefusesMalformedLinesWithASentence) {
 TEST(CommandLineTest, UsageErrorsExitWithStatusTwoAndPointAtTheHelp) {
   const std::vector<std::vector<std::string>> lines = {
       {"bogus"},
-      {"tree", "--mode", "both"},
       {"tree", "--config-dir", "/a", "--param", "Config Directory=/b"},
       {"names", "nods"},
       {"names", "fields"},
@@ -118,6 +117,12 @@ TEST(CommandLineTest, UsageErrorsExitWithStatusTwoAndPointAtTheHelp) {
     EXPECT_EQ("", run.Out);
     EXPECT_EQ(0u, run.Err.find("qrconfig: ")) << run.Err;
     EXPECT_NE(std::string::npos, run.Err.find(".\nRun 'qrconfig --help' for usage.\n")) << run.Err;
+    std::vector<std::string> json = line;
+    json.push_back("--json");
+    const ToolRun jsonRun = RunQrConfig(json);
+    EXPECT_EQ(2, jsonRun.Status);
+    EXPECT_EQ("", jsonRun.Err);
+    EXPECT_NE(std::string::npos, jsonRun.Out.find("\"kind\": \"usage\"")) << jsonRun.Out;
   }
   // Without --config-dir and QR_CONFIG_DIR there is no installation to read: no default.
   const char* environment = std::getenv("QR_CONFIG_DIR");
