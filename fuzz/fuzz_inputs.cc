@@ -45,6 +45,15 @@ std::string ReadFile(const std::string& path) {
   return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }
 
+// Runs `work`; a QRError is an accepted outcome.
+template <typename Work>
+void Tolerating(Work work) {
+  try {
+    work();
+  } catch (const QRError&) {
+  }
+}
+
 // The process's scratch directory, removed when the process ends normally.
 const TempInstallation& Scratch() {
   static const TempInstallation dir;
@@ -78,11 +87,10 @@ void ParseMainFile(const std::string& path, Initialization::Mode mode) {
   TreeNode& traces = *root.ch_push_back(Node("Traces"));
   TreeNode& active = *root.ch_push_back(Node("ActiveDataSources"));
   CfgXmlParser::PlatformLocales locales;
-  try {
+  Tolerating([&] {
     CfgXmlParser reader(mode, &locales, &defaults, &drivers, &traces, &active);
     reader.Parse(Poco::Path(path));
-  } catch (const QRError&) {
-  }
+  });
   CountNodes(root);
 }
 
@@ -118,12 +126,11 @@ const tree<Node>& FixedDefaults() {
 void ParseDataAccessFile(const std::string& path, const std::vector<std::string>& patterns) {
   tree<Node> driver(Node("Crv"));
   std::map<std::string, std::string> names;
-  try {
+  Tolerating([&] {
     DsfXmlParser reader(FixedDefaults().root(), driver.root(), names, FixedSetup());
     if (!patterns.empty()) reader.SetActiveDatabases(patterns);
     reader.Parse(Poco::Path(path));
-  } catch (const QRError&) {
-  }
+  });
   CountNodes(driver.root());
   for (const auto& [alias, database] : names) {
     // A "Defaults" element inside a database makes the defaults the node that the
@@ -163,26 +170,16 @@ void QueryLoadedManager() {
   const ConfigManagerTypes::Tree copy(manager.GetTree());
   Check(CountNodes(copy.root()) == CountNodes(manager.GetTree().root()), "tree copy differs");
   const Quorin::LocaleDescriptor* english = nullptr;
-  try {
-    english = &manager.GetLocale("en", "");
-  } catch (const QRError&) {
-  }
+  Tolerating([&] { english = &manager.GetLocale("en", ""); });
   for (const std::string& driver : manager.GetNativeDrivers()) {
-    try {
-      for (const auto& [name, database] : manager.GetDatabaseNames(driver)) {
-        Check(manager.ResolveDatabaseName(driver, name) == database, "database names disagree");
-        try {
-          manager.GetCharSetTableEntry(driver, database, "UTF-8");
-        } catch (const QRError&) {
-        }
+    Tolerating([&] {
+      for (const auto& entry : manager.GetDatabaseNames(driver)) {
+        const std::string& database = entry.second;
+        Check(manager.ResolveDatabaseName(driver, entry.first) == database, "names disagree");
+        Tolerating([&] { manager.GetCharSetTableEntry(driver, database, "UTF-8"); });
       }
-    } catch (const QRError&) {
-    }
-    if (english == nullptr) continue;
-    try {
-      manager.GetLocalizedDriver(driver, *english);
-    } catch (const QRError&) {
-    }
+    });
+    if (english != nullptr) Tolerating([&] { manager.GetLocalizedDriver(driver, *english); });
   }
 }
 
