@@ -20,6 +20,19 @@ namespace {
 using Poco::JSON::Array;
 using Poco::JSON::Object;
 
+// The member of parsed JSON at `path`, names and array indices joined by '/', as text.
+std::string JsonAt(Poco::Dynamic::Var value, const std::string& path) {
+  std::istringstream steps(path);
+  for (std::string step; std::getline(steps, step, '/') && !value.isEmpty();) {
+    if (value.type() == typeid(Object::Ptr)) {
+      value = value.extract<Object::Ptr>()->get(step);
+    } else {
+      value = value.extract<Array::Ptr>()->get(static_cast<unsigned>(std::stoul(step)));
+    }
+  }
+  return value.isEmpty() ? "(none)" : value.toString();
+}
+
 struct ExactOutput {
   std::vector<std::string> Arguments;
   std::string Out;
@@ -118,6 +131,9 @@ TEST(CommandsTest, ListAndDiffCompareEffectiveConfigurations) {
   EXPECT_EQ(1, diff.Status);
   EXPECT_EQ(0u, diff.Out.find("--- " + SampleDir() + "\n+++ " + other + "\n-\\Quorin\\"));
   EXPECT_EQ(std::string::npos, diff.Out.find("\n+\\")) << diff.Out;  // only removals
+  const ToolRun json = RunQrConfig({"diff", SampleDir(), other, "--json"});
+  EXPECT_EQ(1, json.Status);
+  EXPECT_EQ("-", JsonAt(ParseJson(json.Out), "differences/0/side"));
   EXPECT_EQ(2, RunQrConfig({"diff", SampleDir(), "/nonexistent"}).Status);
 }
 
@@ -213,21 +229,9 @@ TEST(CommandsTest, AFailedWriteIsReportedWithStatusOne) {
   EXPECT_EQ(0u, err.str().find("qrconfig: cannot write the output")) << err.str();
 }
 
-// The member of parsed JSON at `path`, names and array indices joined by '/', as text.
-std::string JsonAt(Poco::Dynamic::Var value, const std::string& path) {
-  std::istringstream steps(path);
-  for (std::string step; std::getline(steps, step, '/') && !value.isEmpty();) {
-    if (value.type() == typeid(Object::Ptr)) {
-      value = value.extract<Object::Ptr>()->get(step);
-    } else {
-      value = value.extract<Array::Ptr>()->get(static_cast<unsigned>(std::stoul(step)));
-    }
-  }
-  return value.isEmpty() ? "(none)" : value.toString();
-}
-
 TEST(CommandsTest, JsonOutputsCarryTheSameDataAsTheText) {
   const std::vector<std::string> crv21 = {"get", "/Quorin/DBDrivers/Corvane/crv21", "Port"};
+  const std::vector<std::string> explain = {"explain", "/Quorin/DBDrivers", "Connection Timeout"};
   const std::tuple<std::vector<std::string>, std::string, std::string> cases[] = {
       {{"tree"}, "path", "\\Quorin"},
       {{"tree"}, "fields/0/name", "Config Directory"},
@@ -246,6 +250,12 @@ TEST(CommandsTest, JsonOutputsCarryTheSameDataAsTheText) {
       {{"locale", "en"}, "charset", "UTF-8"},
       {{"charset", "UTF-8"}, "value", "UTF-8"},
       {{"check"}, "summary/notes", "6"},
+      {{"check"},
+       "findings/0/advice",
+       "Add the driver's texts to the file if hosts ask for them "
+       "in those locales."},
+      {explain, "fields/0/origin/1/line", "35"},
+      {explain, "fields/0/origin/1/source", "Settings"},
   };
   for (const auto& [arguments, path, value] : cases) {
     SCOPED_TRACE(::testing::PrintToString(arguments) + " " + path);
