@@ -254,6 +254,7 @@ TEST(CommandsTest, JsonOutputsCarryTheSameDataAsTheText) {
        "findings/0/advice",
        "Add the driver's texts to the file if hosts ask for them "
        "in those locales."},
+      {{"list"}, "0/field", "Config Directory"},
       {explain, "fields/0/origin/1/line", "35"},
       {explain, "fields/0/origin/1/source", "Settings"},
   };
