@@ -106,7 +106,6 @@ TEST(CommandLineTest, RefusesMalformedLinesWithASentence) {
 TEST(CommandLineTest, UsageErrorsExitWithStatusTwoAndPointAtTheHelp) {
   const std::vector<std::vector<std::string>> lines = {
       {"bogus"},
-      {"tree", "--mode", "both"},
       {"tree", "--config-dir", "/a", "--param", "Config Directory=/b"},
       {"names", "nods"},
       {"names", "fields"},
@@ -118,6 +117,12 @@ TEST(CommandLineTest, UsageErrorsExitWithStatusTwoAndPointAtTheHelp) {
     EXPECT_EQ("", run.Out);
     EXPECT_EQ(0u, run.Err.find("qrconfig: ")) << run.Err;
     EXPECT_NE(std::string::npos, run.Err.find(".\nRun 'qrconfig --help' for usage.\n")) << run.Err;
+    std::vector<std::string> json = line;
+    json.push_back("--json");
+    const ToolRun jsonRun = RunQrConfig(json);
+    EXPECT_EQ(2, jsonRun.Status);
+    EXPECT_EQ("", jsonRun.Err);
+    EXPECT_NE(std::string::npos, jsonRun.Out.find("\"kind\": \"usage\"")) << jsonRun.Out;
   }
   // Without --config-dir and QR_CONFIG_DIR there is no installation to read: no default.
   const char* environment = std::getenv("QR_CONFIG_DIR");
@@ -130,7 +135,16 @@ TEST(CommandLineTest, UsageErrorsExitWithStatusTwoAndPointAtTheHelp) {
   EXPECT_EQ(0u, err.str().find("qrconfig: no configuration directory given: name one with "
                                "--config-dir DIR or the environment variable QR_CONFIG_DIR.\n"))
       << err.str();
-  if (environment != nullptr) setenv("QR_CONFIG_DIR", saved.c_str(), 1);
+  // The environment names the directory when the command line does not.
+  setenv("QR_CONFIG_DIR", "/nonexistent/env/", 1);
+  EXPECT_EQ(1, RunTool({"tree"}, out, err));
+  EXPECT_NE(std::string::npos,
+            err.str().find("directory /nonexistent/env (from QR_CONFIG_DIR) does not exist"));
+  if (environment != nullptr) {
+    setenv("QR_CONFIG_DIR", saved.c_str(), 1);
+  } else {
+    unsetenv("QR_CONFIG_DIR");
+  }
 }
 
 TEST(CommandLineTest, HelpOfTheProgramAndOfEachCommandFitsEightyColumns) {

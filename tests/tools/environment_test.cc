@@ -1,13 +1,10 @@
-// The process set-up of qrconfig: platforms, the configuration directory and error advice.
+// The process set-up of qrconfig: platforms and error advice.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
-#include "app/config_directory.h"
 #include "app/error_advice.h"
-#include "app/failure_report.h"
 #include "app/platform_profile.h"
-#include "qr_config/platform/qr_error.h"
 
 namespace qrconfig {
 namespace {
@@ -42,34 +39,6 @@ TEST(PlatformProfileTest, NamesTheFamiliesOfAPlatform) {
   EXPECT_EQ(Names{"Plan9"}, PlatformSettings("Plan9").OSLists.at("Plan9"));
 }
 
-TEST(ConfigDirectoryTest, TakesTheFirstSourceThatNamesOneAndHasNoDefault) {
-  Invocation none;
-  Invocation option;
-  option.ConfigDirectory = "/opt";
-  Invocation parameter;
-  parameter.Parameters = {{"Config Directory", "/param"}, {"Other", "x"}};
-  struct Case {
-    const Invocation* Line;
-    std::string Environment, Path, Source;
-  };
-  const Case cases[] = {
-      {&option, "/env", "/opt", "--config-dir"},
-      {&parameter, "/env", "/param", "--param"},
-      {&none, "/env", "/env", "QR_CONFIG_DIR"},
-  };
-  for (const Case& test : cases) {
-    SCOPED_TRACE(test.Path);
-    const ConfigDirectoryChoice choice =
-        ConfigDirectoryLocator::Locate(*test.Line, test.Environment);
-    EXPECT_EQ(test.Path, choice.Path);
-    EXPECT_EQ(test.Source, choice.Source);
-  }
-  Invocation both = option;
-  both.Parameters = parameter.Parameters;
-  EXPECT_THROW(ConfigDirectoryLocator::Locate(both, ""), UsageError);
-  EXPECT_THROW(ConfigDirectoryLocator::Locate(none, ""), UsageError);
-}
-
 TEST(ErrorAdviceTest, EveryCodeOfTheCatalogueHasAdviceOfItsOwn) {
   const std::int32_t codes[] = {1,   4,   5,   10,  13,  22,  45,  46,  47,  48,
                                 50,  259, 260, 261, 262, 263, 264, 265, 266, 267,
@@ -80,10 +49,6 @@ TEST(ErrorAdviceTest, EveryCodeOfTheCatalogueHasAdviceOfItsOwn) {
     EXPECT_NE(general, AdviceFor(code));
     EXPECT_EQ('.', AdviceFor(code).back());
   }
-  const Failure failure =
-      Failure::Of(QRError(3, 256, 13, orv_utf8string("x")), "lookup", "", "crv19");
-  EXPECT_EQ("QRError 13: no database named \"x\" (did you mean \"crv19\"?)", failure.Message);
-  EXPECT_EQ(AdviceFor(13), failure.Advice);
 }
 
 }  // namespace

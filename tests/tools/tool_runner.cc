@@ -63,7 +63,6 @@ std::vector<Found> ParseFindings(const std::string& json) {
     f.File = finding->isNull("file") ? "" : finding->getValue<std::string>("file");
     if (f.File.compare(0, prefix.size(), prefix) == 0) f.File.erase(0, prefix.size());
     f.Line = finding->isNull("line") ? 0 : finding->getValue<int>("line");
-    f.Column = finding->isNull("column") ? 0 : finding->getValue<int>("column");
     f.Message = finding->getValue<std::string>("message");
     found.push_back(f);
   }

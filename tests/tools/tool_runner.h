@@ -24,11 +24,10 @@ std::string BrokenDir();
 Poco::Dynamic::Var ParseJson(const std::string& text);
 
 // A finding of the JSON report of `check`; File is relative to the configuration directory
-// when inside it, "" where the finding names none; Line and Column are 0 where it has none.
+// when inside it, "" where the finding names none; Line is 0 where it has none.
 struct Found {
   std::string Severity, Kind, File, Message;
   int Line = 0;
-  int Column = 0;
 };
 // The findings of the JSON report `json`; none (and a failure) when it is not valid JSON.
 std::vector<Found> ParseFindings(const std::string& json);
