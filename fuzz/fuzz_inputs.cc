@@ -3,7 +3,6 @@
 #include <Poco/Exception.h>
 #include <Poco/File.h>
 #include <Poco/Path.h>
-#include <Poco/String.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -21,7 +20,6 @@
 #include "qr_config/config/readers/loc_drv_xml_parser.h"
 #include "qr_config/config/readers/setup_xml_parser.h"
 #include "qr_config/platform/regular_expression.h"
-#include "qr_config/platform/xml_parser.h"
 #include "qr_config/qr_config.h"
 #include "support/temp_installation.h"
 
@@ -280,42 +278,6 @@ void RunPattern(const std::uint8_t* data, std::size_t size) {
   }
 }
 
-void RunValueClassification(const std::uint8_t* data, std::size_t size) {
-  static XMLParser* const parser = new XMLParser();
-  const std::string text = Text(data, size);
-  bool isBoolean = false;
-  bool booleanValue = false;
-  bool isInteger = false;
-  std::int32_t integerValue = 12345;  // must stay unless the text is an integer
-  parser->ParseParameter(text, isBoolean, booleanValue, isInteger, integerValue);
-
-  const std::string lower = Poco::toLower(text);
-  const bool isFalse = lower == "false" || lower == "n" || lower == "no";
-  const bool isTrue =
-      lower == "true" || lower == "y" || lower == "ye" || lower == "yes" || lower == "ys";
-  // An optional sign ('|' counts as '+') and one or more digits, within 32 bits.
-  std::size_t digits = 0;
-  bool negative = false;
-  if (!text.empty() && (text[0] == '+' || text[0] == '-' || text[0] == '|')) {
-    negative = text[0] == '-';
-    digits = 1;
-  }
-  bool integerText = digits < text.size();
-  std::int64_t magnitude = 0;
-  for (std::size_t i = digits; i < text.size() && integerText; ++i) {
-    integerText = text[i] >= '0' && text[i] <= '9';
-    if (integerText && magnitude <= (std::int64_t{1} << 32))
-      magnitude = magnitude * 10 + (text[i] - '0');
-  }
-  const std::int64_t value = negative ? -magnitude : magnitude;
-  const bool fits = integerText && value >= INT32_MIN && value <= INT32_MAX;
-
-  Check(isBoolean == (isFalse || isTrue), "boolean classification of \"" + text + "\"");
-  Check(!isBoolean || booleanValue == isTrue, "boolean value of \"" + text + "\"");
-  Check(isInteger == fits, "integer classification of \"" + text + "\"");
-  Check(integerValue == (fits ? value : 12345), "integer value of \"" + text + "\"");
-}
-
 void RunNodePath(const std::uint8_t* data, std::size_t size) {
   static const FixedTree* const fixed = new FixedTree();
   const std::string input = Text(data, size);
@@ -445,7 +407,6 @@ const std::vector<Target>& Targets() {
       {"setup_xml_parser", &RunSetupFile},
       {"dsf_xml_parser", &RunDataAccessFile},
       {"sfile", &RunParameterFile},
-      {"parse_parameter", &RunValueClassification},
       {"node_path", &RunNodePath},
       {"regular_expression", &RunPattern},
       {"startup", &RunStartup},

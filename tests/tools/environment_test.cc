@@ -1,9 +1,8 @@
-// The process set-up of qrconfig: platforms and error advice.
+// The process set-up of qrconfig: the platform profiles of --platform.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
-#include "app/error_advice.h"
 #include "app/platform_profile.h"
 
 namespace qrconfig {
@@ -37,18 +36,6 @@ TEST(PlatformProfileTest, NamesTheFamiliesOfAPlatform) {
   unix.push_back("AIX");
   EXPECT_EQ(unix, PlatformSettings("AIX").OSLists.at("Unix"));
   EXPECT_EQ(Names{"Plan9"}, PlatformSettings("Plan9").OSLists.at("Plan9"));
-}
-
-TEST(ErrorAdviceTest, EveryCodeOfTheCatalogueHasAdviceOfItsOwn) {
-  const std::int32_t codes[] = {1,   4,   5,   10,  13,  22,  45,  46,  47,  48,
-                                50,  259, 260, 261, 262, 263, 264, 265, 266, 267,
-                                268, 270, 279, 280, 281, 282, 283, 284};
-  const std::string general = AdviceFor(-1);
-  for (std::int32_t code : codes) {
-    SCOPED_TRACE(code);
-    EXPECT_NE(general, AdviceFor(code));
-    EXPECT_EQ('.', AdviceFor(code).back());
-  }
 }
 
 }  // namespace
