@@ -141,25 +141,6 @@ void ParseDataAccessFile(const std::string& path, const std::vector<std::string>
   }
 }
 
-// ---- node paths
-
-// The tree the node-path target looks paths up in. Tree's constructor is for the manager
-// alone; a subclass reaches it.
-class FixedTree : public ConfigManagerTypes::Tree {
- public:
-  FixedTree() : Tree("Quorin") {
-    TreeNode& drivers = *root().ch_push_back(Node("DBDrivers"));
-    TreeNode& crv = *drivers.ch_push_back(Node("Crv"));
-    crv.ch_push_back(Node("db1"));
-    crv.ch_push_back(Node(""));
-    (*drivers.ch_push_back(Node(""))).ch_push_back(Node("x"));
-    root().ch_push_back(Node("Traces"));
-    root().ch_push_back(Node("A\\B"));  // holds the separator: no path reaches it
-    root().ch_push_back(Node("\xC3\xA9"));
-    root().ch_push_back(Node("Crv"));
-  }
-};
-
 // ---- start-up
 
 // Queries over whatever the start-up loaded, as a host would make them.
@@ -278,55 +259,6 @@ void RunPattern(const std::uint8_t* data, std::size_t size) {
   }
 }
 
-void RunNodePath(const std::uint8_t* data, std::size_t size) {
-  static const FixedTree* const fixed = new FixedTree();
-  const std::string input = Text(data, size);
-  const std::size_t nul = input.find('\0');
-  const std::string text = input.substr(0, nul);
-
-  ConfigManagerTypes::NodePath path(text);
-  if (nul != std::string::npos) {
-    const std::string name = input.substr(nul + 1);
-    const ConfigManagerTypes::NodePath joined(text, name);
-    path += name;
-    Check(joined.text() == path.text(), "the two ways of appending a name disagree");
-    Check(joined.levels() == path.levels(), "appended paths differ in levels");
-  }
-
-  // The levels joined by the separator give the text back, less one leading separator.
-  const std::string& whole = path.text();
-  std::string rest = !whole.empty() && whole[0] == '\\' ? whole.substr(1) : whole;
-  std::string joinedLevels;
-  for (int level = 0; level < path.levels(); ++level) {
-    joinedLevels += (level == 0 ? "" : "\\") + path[level];
-  }
-  Check(joinedLevels == rest, "the levels do not make up the text");
-  Check((path.levels() == 0) == whole.empty(), "only the empty text has no level");
-  try {
-    path[path.levels()];
-    Check(false, "a level beyond the last was read");
-  } catch (const std::out_of_range&) {
-  }
-
-  try {
-    const TreeNode& found = fixed->Find(path);
-    const TreeNode* node = &found;
-    for (int level = path.levels() - 1; level >= 0; --level, node = node->parent()) {
-      Check(node != nullptr && node->value().Name() == path[level], "found the wrong node");
-    }
-    Check(node == nullptr, "the found node is not at the path's depth");
-  } catch (const QRError& error) {
-    if (path.levels() == 0) {
-      Check(error.Code() == QRErrorCode::EmptyNodePath && error.Argument().empty(), "code 4");
-    } else {
-      // The argument is the path's text as a C string: it ends at a NUL byte.
-      Check(error.Code() == QRErrorCode::NodeNotFound &&
-                error.Argument().str() == whole.substr(0, whole.find('\0')),
-            "code 5 with the path");
-    }
-  }
-}
-
 // An observer that asks for everything and reads every text it is handed.
 struct ReadingObserver : LoadObserver {
   std::size_t Bytes = 0;
@@ -401,15 +333,10 @@ void Check(bool condition, const std::string& what) {
 
 const std::vector<Target>& Targets() {
   static const std::vector<Target> targets = {
-      {"cfg_xml_parser", &RunMainFile},
-      {"drv_xml_parser", &RunDriverList},
-      {"loc_drv_xml_parser", &RunLocalizedFile},
-      {"setup_xml_parser", &RunSetupFile},
-      {"dsf_xml_parser", &RunDataAccessFile},
-      {"sfile", &RunParameterFile},
-      {"node_path", &RunNodePath},
-      {"regular_expression", &RunPattern},
-      {"startup", &RunStartup},
+      {"cfg_xml_parser", &RunMainFile},          {"drv_xml_parser", &RunDriverList},
+      {"loc_drv_xml_parser", &RunLocalizedFile}, {"setup_xml_parser", &RunSetupFile},
+      {"dsf_xml_parser", &RunDataAccessFile},    {"sfile", &RunParameterFile},
+      {"regular_expression", &RunPattern},       {"startup", &RunStartup},
   };
   return targets;
 }

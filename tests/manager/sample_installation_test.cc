@@ -2,7 +2,7 @@
 // (The tests of qrconfig read the sample's values in detail.)
 #include <gtest/gtest.h>
 
-#include "qr_config/qr_config.h"
+#include "support/manager_fixture.h"
 
 namespace Initialization {
 void PrintTo(Mode mode, std::ostream* out) {
@@ -28,19 +28,11 @@ TEST_P(SampleInstallation, ConveniencesReadAValueInOneCall) {
   EXPECT_EQ("crv19", crv19.Name());
   EXPECT_EQ("libcrvclient.so", qr_config::Value<std::string>(crv19, "Library"));
   EXPECT_EQ(7, qr_config::ValueOr<std::int32_t>(crv19, "No Such Field", 7));
-  const auto code = [](auto read) -> std::int32_t {
-    try {
-      read();
-    } catch (const QRError& error) {
-      return error.Code();
-    }
-    return 0;
-  };
-  EXPECT_EQ(1, code([&] { qr_config::Value<bool>(crv19, "Library"); }));
-  EXPECT_EQ(1, code([&] { qr_config::ValueOr<bool>(crv19, "Library", false); }));
-  EXPECT_EQ(261, code([&] { qr_config::Value<std::string>(crv19, "Nope"); }));
-  EXPECT_EQ(22, code([&] { qr_config::DatabaseNode(config, "CRVX", "CRV19"); }));
-  EXPECT_EQ(13, code([&] { qr_config::DatabaseNode(config, "CRV", "crv99"); }));
+  EXPECT_EQ(1, CatchQRError([&] { qr_config::Value<bool>(crv19, "Library"); }).Code());
+  EXPECT_EQ(1, CatchQRError([&] { qr_config::ValueOr<bool>(crv19, "Library", false); }).Code());
+  EXPECT_EQ(261, CatchQRError([&] { qr_config::Value<std::string>(crv19, "Nope"); }).Code());
+  EXPECT_EQ(22, CatchQRError([&] { qr_config::DatabaseNode(config, "CRVX", "CRV19"); }).Code());
+  EXPECT_EQ(13, CatchQRError([&] { qr_config::DatabaseNode(config, "CRV", "crv99"); }).Code());
 }
 
 INSTANTIATE_TEST_SUITE_P(BothModes, SampleInstallation,

@@ -61,6 +61,11 @@ TEST(ConfigTreeTest, FailedLookupsThrowWithThePath) {
     ExpectQRError([&] { c.tree->Find(path); }, c.code, argument);
     EXPECT_FALSE(c.tree->Exists(path));
   }
+  // A name with NUL bytes, appended either way: the argument is the text up to the first NUL.
+  NodePath appended("\\Quorin");
+  appended += std::string("A\\B\0\0", 5);
+  EXPECT_EQ(appended.text(), NodePath("\\Quorin", std::string("A\\B\0\0", 5)).text());
+  ExpectQRError([&] { t.Find(appended); }, QRErrorCode::NodeNotFound, "\\Quorin\\A\\B");
 }
 
 // Moving a tree or a path copies it: the source keeps its nodes and its text.

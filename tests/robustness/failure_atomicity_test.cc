@@ -43,9 +43,6 @@ const FailureCase kCases[] = {
                        "<Traces><Trace Name=\"T\"/></Traces>");
      },
      "267", "structure qr.cfg:"},
-    {"EntityBombInTheMainFile", Initialization::Library,
-     [](const TempInstallation& f) { f.WriteDocument(FileKind::Main, "&l10;", BillionLaughs()); },
-     "267 @/qr.cfg"},
     {"NoLocaleForTheRunningPlatform", Initialization::Library,
      [](const TempInstallation& f) {
        std::string text = TempInstallation::Document(FileKind::Main, kBaselinePayload);
@@ -76,11 +73,6 @@ const FailureCase kCases[] = {
        f.MakeDir("driver.cfg");
      },
      "264 @/driver.cfg"},
-    {"DriverListUnpairedSurrogate", Initialization::Server,
-     [](const TempInstallation& f) {
-       f.Write(FileKind::DriverList, std::string("\xFF\xFE<\0a\0>\0\x00\xD8x\0<\0/\0a\0>\0", 20));
-     },
-     "266 @/driver.cfg"},
     {"DatabaseOfTheMainFileWithoutDirectory", Initialization::Server,
      [](const TempInstallation& f) {
        f.WriteDocument(FileKind::Main,
