@@ -24,6 +24,28 @@ void ExpectQRError(Call&& call, std::int32_t code, const std::string& argument =
   }
 }
 
+// A field's value as 'text' (String, UTF8String), 42 (Long), true or false (Bool), or none.
+inline std::string ValueText(const ConfigManagerTypes::Field& field) {
+  using Field = ConfigManagerTypes::Field;
+  std::string text;
+  orv_utf8string utf8;
+  std::int32_t number = 0;
+  bool flag = false;
+  switch (field.ValueType()) {
+    case Field::String:
+      return field.Value(text), "'" + text + "'";
+    case Field::UTF8String:
+      return field.Value(utf8), "'" + utf8.str() + "'";
+    case Field::Long:
+      return field.Value(number), std::to_string(number);
+    case Field::Bool:
+      return field.Value(flag), flag ? "true" : "false";
+    case Field::None:
+      break;
+  }
+  return "none";
+}
+
 inline void PrintTo(const ConfigManagerTypes::Field& field, std::ostream* out) {
   *out << '"' << field.Name() << "\" tag " << field.ValueType();
 }

@@ -35,14 +35,7 @@ inline Poco::Path Fixture(const std::string& name) {
 
 // A field as "name=true", "name=42" (Long) or "name='text'" (String).
 inline std::string Describe(const Field& field) {
-  bool flag = false;
-  std::int32_t number = 0;
-  std::string text;
-  if (field.ValueType() == Field::Bool)
-    return field.Value(flag), field.Name() + "=" + (flag ? "true" : "false");
-  if (field.ValueType() == Field::Long)
-    return field.Value(number), field.Name() + "=" + std::to_string(number);
-  return field.Value(text), field.Name() + "='" + text + "'";
+  return field.Name() + "=" + ValueText(field);
 }
 
 // A subtree as "name{field, field}[child child]"; the brackets only when it has children.

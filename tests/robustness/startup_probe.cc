@@ -7,32 +7,14 @@
 
 #include <chrono>
 
+#include "tests/model/model_test_support.h"
+
 namespace {
 
 const char* const kDb1 = "\\Quorin\\DBDrivers\\Crv\\db1";
 
 std::string Quoted(const std::string& text) {
   return "'" + text + "'";
-}
-
-std::string RenderValue(const ConfigManager::Field& field) {
-  std::string text;
-  orv_utf8string utf8;
-  std::int32_t number = 0;
-  bool flag = false;
-  switch (field.ValueType()) {
-    case ConfigManager::Field::String:
-      return field.Value(text), Quoted(text);
-    case ConfigManager::Field::UTF8String:
-      return field.Value(utf8), Quoted(utf8.str());
-    case ConfigManager::Field::Long:
-      return field.Value(number), std::to_string(number);
-    case ConfigManager::Field::Bool:
-      return field.Value(flag), flag ? "true" : "false";
-    case ConfigManager::Field::None:
-      break;
-  }
-  return "none";
 }
 
 }  // namespace
@@ -52,7 +34,7 @@ std::string StartupProbe::Outcome(FileKind kind, Initialization::Mode mode) cons
 std::string StartupProbe::Probe(FileKind kind) const {
   ConfigManager& manager = ConfigManager::Instance();
   auto fieldOf = [&](const std::string& path, const std::string& name) {
-    return RenderValue(manager.GetTree().Find(ConfigManager::NodePath(path)).value().Find(name));
+    return ValueText(manager.GetTree().Find(ConfigManager::NodePath(path)).value().Find(name));
   };
   try {
     switch (kind) {
@@ -71,7 +53,7 @@ std::string StartupProbe::Probe(FileKind kind) const {
       case FileKind::DataAccess:
         return fieldOf(kDb1, "Probe");
       case FileKind::Localized:
-        return RenderValue(
+        return ValueText(
             manager.GetLocalizedDriver("Crv", manager.GetLocale("en", "")).value().Find("Comment"));
       case FileKind::PlatformList:
         return Quoted(manager.GetPlatformCharSet("Probe"));
@@ -91,16 +73,6 @@ std::string StartupProbe::Render(const QRError& error) const {
     argument.replace(at, m_Install.Dir().size(), "@");
   }
   return std::to_string(error.Code()) + (argument.empty() ? "" : " " + argument);
-}
-
-std::string BillionLaughs() {
-  std::string dtd = "<!DOCTYPE R [\n<!ENTITY l0 \"lol\">\n";
-  for (int i = 1; i <= 10; ++i) {
-    dtd += "<!ENTITY l" + std::to_string(i) + " \"";
-    for (int j = 0; j < 10; ++j) dtd += "&l" + std::to_string(i - 1) + ";";
-    dtd += "\">\n";
-  }
-  return kXmlDeclaration + dtd + "]>\n";
 }
 
 std::string Nest(int count, const std::string& name, const std::string& inner,

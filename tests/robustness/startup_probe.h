@@ -33,9 +33,6 @@ class StartupProbe {
 // fails the test instead of killing or stalling the suite.
 std::string InChild(const std::function<std::string()>& work, int deadlineSeconds = 60);
 
-// An XML declaration and a document type declaration whose entity "l10" expands to 10^10
-// times "lol".
-std::string BillionLaughs();
 // `count` nested elements named `name` around `inner`.
 std::string Nest(int count, const std::string& name, const std::string& inner,
                  const std::string& attributes = "");

@@ -77,6 +77,16 @@ void TempInstallation::WriteDriver(const std::string& driver, const std::string&
   Write("d/" + file + "/" + file + ".dsf", "<DataAccess>\n" + databases + "</DataAccess>\n");
 }
 
+std::string BillionLaughs() {
+  std::string dtd = "<!DOCTYPE R [\n<!ENTITY l0 \"lol\">\n";
+  for (int i = 1; i <= 10; ++i) {
+    dtd += "<!ENTITY l" + std::to_string(i) + " \"";
+    for (int j = 0; j < 10; ++j) dtd += "&l" + std::to_string(i - 1) + ";";
+    dtd += "\">\n";
+  }
+  return kXmlDeclaration + dtd + "]>\n";
+}
+
 namespace {
 
 struct KindInfo {

@@ -26,6 +26,9 @@ inline std::string ParameterElement(const std::string& name, const std::string& 
   return "<Parameter Name=\"" + name + "\">" + value + "</Parameter>";
 }
 
+// An XML declaration and a document type declaration whose entity "l10" expands to 10^10
+// times "lol".
+std::string BillionLaughs();
 class TempInstallation {
  public:
   TempInstallation();
