@@ -222,8 +222,10 @@ class Parser {
       if (parser.m_Pos == parser.m_Line.size()) {
         // Room for a byte-order mark, the longest line, its line break and one byte more: a
         // line cut there is too long.
-        if (!parser.m_Source.NextLine(parser.m_Line, SFile::kMaxLineBytes + 4)) return nullptr;
+        // inih may ask again after the end: the position must stay within the emptied line.
+        const bool more = parser.m_Source.NextLine(parser.m_Line, SFile::kMaxLineBytes + 4);
         parser.m_Pos = 0;
+        if (!more) return nullptr;
         if (parser.m_LineNumber == 0 && parser.m_Line.compare(0, 3, "\xEF\xBB\xBF") == 0)
           parser.m_Pos = 3;
         if (!parser.StartLine()) return nullptr;
