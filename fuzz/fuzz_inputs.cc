@@ -10,7 +10,6 @@
 #include <fstream>
 #include <iterator>
 #include <map>
-#include <stdexcept>
 #include <type_traits>
 
 #include "qr_config/config/manager/config_keys.h"

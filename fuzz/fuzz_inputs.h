@@ -2,7 +2,7 @@
 // (fuzz_main.cc) and by the regression test that replays the seeds and the findings
 // (tests/robustness/fuzz_regression_test.cc). fuzz/README.md says what each target drives and
 // what counts as a finding. Every function is deterministic for a given input: state that
-// outlives one input (scratch files, a copy of the sample installation, fixed trees) is only
+// outlives one input (scratch files, a copy of the sample installation, fixed defaults) is only
 // read between inputs.
 #pragma once
 
