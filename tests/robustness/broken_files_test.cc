@@ -264,6 +264,9 @@ const std::vector<FileCase> kMalformedCases = {
      ParseFails(46, Expect::InProbe), FileFails()},
     {"MismatchedTags", Payload("<a>v1</b>"), ParseFails(46, Expect::InProbe), std::nullopt},
     {"NulByte", Payload(std::string("v\0001", 3)), ParseFails(46, Expect::InProbe), FileFails()},
+    // A name given twice: the first counts.
+    {"RepeatedEntry", Bytes([](FileKind kind) { return Baseline(kind) + "Probe = v2\n"; }),
+     std::nullopt, Loads("'v1'")},
     {"TwoRootElements", Bytes([](FileKind kind) { return Baseline(kind) + "<Second/>\n"; }),
      ParseFails(46, Expect::AtEnd), std::nullopt},
 };

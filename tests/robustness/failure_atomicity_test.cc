@@ -106,7 +106,7 @@ const FailureCase kCases[] = {
                            "</ActiveDataSources></Settings>");
        f.Remove("platform.csl");
      },
-     "10"},
+     "10", "missing-file platform.csl:0"},
     {"ConfigDirectoryDoesNotExist", Initialization::Library,
      [](const TempInstallation& f) {
        Registry::SetParameter("Config Directory", f.Path("missing"));

@@ -166,6 +166,8 @@ TEST(CheckTest, EachMistakeIsFoundWhereItStands) {
       {"qr.cfg", ">30<", ">99999999999<", "value-type", "qr.cfg:35"},  // beyond 32 bits
       {"qr.cfg", ">setup<", ">1<", "value-type", "qr.cfg:30"},
       {"driveren.cfg", "", "", "missing-file", "driveren.cfg:0"},
+      {"drivers/corvane/corvane.csl", "UTF-8 = DB_UTF8", "UTF-8 = DB_UTF8\nUTF-8 = DB_X",
+       "name-collision", "drivers/corvane/corvane.csl:0"},
       // Server mode applies the registered active sources, not the main file's.
       {"", "", "", "database-skipped", "drivers/filetta/filetta.dsf:11", server},
       {"", "", "", "driver-skipped", "setup/pelmora.setup:3", server},
