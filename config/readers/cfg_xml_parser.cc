@@ -11,6 +11,7 @@ namespace {
 
 using DiagnosticText::Quoted;
 using DiagnosticText::TypeName;
+using DiagnosticText::TypeNameWithArticle;
 
 const ucs2string kLocale("Locale");
 const ucs2string kLanguage("Language");
@@ -436,7 +437,7 @@ void CfgXmlParser::TraceModeParameter(const Node& drivers, const Field* field, c
     m_Trace->Report(
         DiagnosticSeverity::Warning, DiagnosticKind::ValueType, ElementStart(),
         "The " + section + " gives " + Quoted(m_Name) + " the " + TypeName(given) + " " +
-            Quoted(m_Text) + ", but the setting is a " + TypeName(field->ValueType()) +
+            Quoted(m_Text) + ", but the setting is " + TypeNameWithArticle(field->ValueType()) +
             (previous != nullptr
                  ? " (written " + Quoted(std::string(previous->Text)) + LineOf(previous) + ")"
                  : std::string()) +

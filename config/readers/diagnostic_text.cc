@@ -19,6 +19,11 @@ const char* TypeName(ConfigManagerTypes::Field::ValueTag tag) {
   }
 }
 
+std::string TypeNameWithArticle(ConfigManagerTypes::Field::ValueTag tag) {
+  const std::string name = TypeName(tag);
+  return (name[0] == 'i' ? "an " : "a ") + name;
+}
+
 bool EqualIgnoringCase(const std::string& a, const std::string& b) {
   if (a.size() != b.size()) return false;
   const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };

@@ -13,6 +13,8 @@ std::string Quoted(const std::string& text);
 // "boolean", "integer" or "text" for the tags a file can give a value; "value of another
 // kind" for the others.
 const char* TypeName(ConfigManagerTypes::Field::ValueTag tag);
+// The same with its indefinite article: "a boolean", "an integer", "a text".
+std::string TypeNameWithArticle(ConfigManagerTypes::Field::ValueTag tag);
 
 // True when `a` and `b` differ at most in the letter case of ASCII letters.
 bool EqualIgnoringCase(const std::string& a, const std::string& b);

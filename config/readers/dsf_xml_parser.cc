@@ -19,6 +19,7 @@ namespace {
 using DiagnosticText::EqualIgnoringCase;
 using DiagnosticText::Quoted;
 using DiagnosticText::TypeName;
+using DiagnosticText::TypeNameWithArticle;
 
 const ucs2string kDefaults("Defaults");
 const ucs2string kDataBase("DataBase");
@@ -596,10 +597,10 @@ void DsfXmlParser::TraceMerge(const Node& driversDefaults) {
     if (clash)
       m_Trace->SetCause(
           DiagnosticKind::ValueType, source != nullptr ? source->Where : SourceLocation{},
-          "The defaults of every database give " + Quoted(field.Name()) + " both as a " +
-              TypeName(before->ValueType()) + ", " + LoadTrace::Describe(beforeOrigin) +
-              ", and as a " + TypeName(field.ValueType()) + ", " + LoadTrace::Describe(source) +
-              ": merging them fails with QRError 1.",
+          "The defaults of every database give " + Quoted(field.Name()) + " both as " +
+              TypeNameWithArticle(before->ValueType()) + ", " + LoadTrace::Describe(beforeOrigin) +
+              ", and as " + TypeNameWithArticle(field.ValueType()) + ", " +
+              LoadTrace::Describe(source) + ": merging them fails with QRError 1.",
           field.Name());
     Node one(field.Name());
     one.push_back(field);
@@ -640,8 +641,8 @@ void DsfXmlParser::SetMismatchCause(const Field& field, const std::string& name,
                                                             : Field::String;
   m_Trace->SetCause(DiagnosticKind::ValueType, ElementStart(),
                     "The value " + Quoted(text) + " of " + Quoted(name) + " in " + Where() +
-                        " is a " + TypeName(given) + ", but the field it updates is a " +
-                        TypeName(field.ValueType()) + ", " +
+                        " is " + TypeNameWithArticle(given) + ", but the field it updates is " +
+                        TypeNameWithArticle(field.ValueType()) + ", " +
                         LoadTrace::Describe(m_Trace->OriginOf(*m_CurrentNode, field)) +
                         ": the reader stops with QRError 1 and reads no more of the file.",
                     name);
