@@ -168,6 +168,14 @@ TEST(CheckTest, EachMistakeIsFoundWhereItStands) {
       {"driveren.cfg", "", "", "missing-file", "driveren.cfg:0"},
       {"drivers/corvane/corvane.csl", "UTF-8 = DB_UTF8", "UTF-8 = DB_UTF8\nUTF-8 = DB_X",
        "name-collision", "drivers/corvane/corvane.csl:0"},
+      // Values split over lines, and a lower-case implementation.
+      {"qr.cfg", "Linux\">UTF-8</CharSet>", "Linux\">UTF-8\n  </CharSet>", "value-layout",
+       "qr.cfg:23"},
+      {"qr.cfg", ">60</Parameter>", ">60\n  </Parameter>", "value-layout", "qr.cfg:49"},
+      {"driver.cfg", "<Alias>LITE</Alias>", "<Alias>LITE\n  </Alias>", "value-layout",
+       "driver.cfg:15"},
+      {"driver.cfg", "\"Filetta\" Implementation=\"C\"", "\"Filetta\" Implementation=\"c\"",
+       "case-variant", "driver.cfg:14"},
       // Server mode applies the registered active sources, not the main file's.
       {"", "", "", "database-skipped", "drivers/filetta/filetta.dsf:11", server},
       {"", "", "", "driver-skipped", "setup/pelmora.setup:3", server},
@@ -195,8 +203,9 @@ TEST(CheckTest, EachMistakeIsFoundWhereItStands) {
     for (const Found& f : ParseFindings(run.Out)) {
       if (f.Kind == test.Kind) places.push_back(f.File + ":" + std::to_string(f.Line));
     }
-    EXPECT_NE(places.end(), std::find(places.begin(), places.end(), test.Place))
-        << ::testing::PrintToString(places) << run.Out;
+    EXPECT_EQ(1, std::count(places.begin(), places.end(), test.Place))
+        << test.Kind << " found at " << ::testing::PrintToString(places) << "\n"
+        << run.Out;
   }
 }
 
