@@ -62,6 +62,14 @@ TEST_F(ManagerTest, ValueOrigins) {
   EXPECT_TRUE(has("\\Quorin\\DBDrivers\\D\\db|Port <= 2@D.dsf:6 <= 1@D.dsf:3"));
   EXPECT_TRUE(has("\\Quorin\\DBDrivers\\D\\db|Status <= 0@:0 <= 7@qr.cfg:23"));
   EXPECT_TRUE(has("\\Quorin\\DBDrivers\\D\\db|Directory <= d/D@D.setup:3"));
+  // An observer that does not ask for values gets none.
+  struct Quiet : LoadObserver {
+    int Values = 0;
+    void OnValue(const LoadedValue&) override { ++Values; }
+  } quiet;
+  ConfigStartup::Destroy();
+  ConfigStartup::Initialize(Initialization::Library, quiet);
+  EXPECT_EQ(quiet.Values, 0);
 }
 
 }  // namespace

@@ -50,6 +50,11 @@ TEST_F(DsfXmlParserTest, DatabaseAcceptance) {
     EXPECT_EQ(m_Driver.ch_size() - before, c.Accepted) << c.Attributes;
     m_Names.clear();
   }
+  // A database without a name gets none from the one before it.
+  const XmlFile unnamed(
+      R"(<Data><DataBase Name="a" Active="Yes"/><DataBase Active="Yes"/></Data>)");
+  Parse(unnamed.Path());
+  EXPECT_EQ((*std::prev(m_Driver.ch_end())).value().Name(), "");
 }
 
 TEST_F(DsfXmlParserTest, DefaultsReachLaterDatabasesAndParametersUpdateThem) {
