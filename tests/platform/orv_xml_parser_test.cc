@@ -66,6 +66,7 @@ TEST(OrvXmlParserTest, CharacterDataComesInLineChunks) {
       {"\xFF\xFE<\0a\0>\0\xE9\0<\0/\0a\0>\0"s, "<a>|\xC3\xA9|</a>|"},
       {"\xFE\xFF\0<\0a\0>\0\xE9\0<\0/\0a\0>"s, "<a>|\xC3\xA9|</a>|"},
       {"\xFF\xFE<\0a\0>\0\xFF\xDB\xFF\xDF<\0/\0a\0>\0"s, "<a>|\xF4\x8F\xBF\xBF|</a>|"},
+      {"<\0a\0>\0\xE9\0<\0/\0a\0>\0"s, "<a>|\xC3\xA9|</a>|"},  // UTF-16 without a mark
       {"<?xml version='1.0' encoding='ISO-8859-1'?><a>\xE9</a>", "<a>|\xC3\xA9|</a>|"},
       {"\xEF\xBB\xBF<a>\xC3\xA9</a>", "<a>|\xC3\xA9|</a>|"},
   };

@@ -66,6 +66,8 @@ TEST(I18nStringTest, ConvertsAtEveryBoundAndReplacesWhatIsNotWellFormed) {
   back.clear();
   AppendUtf16AsUtf8(unpaired, 4, back);
   EXPECT_EQ("\xEF\xBF\xBD\xEF\xBF\xBDx\xEF\xBF\xBD", back);
+  EXPECT_TRUE(orv_utf8string(utf8) == orv_utf8string(std::string(utf8)));
+  EXPECT_FALSE(orv_utf8string(utf8) == orv_utf8string(back));
 }
 
 }  // namespace
