@@ -154,6 +154,8 @@ TEST(OrvXmlParserTest, FailuresCarryTheirCodePathAndPosition) {
   EXPECT_EQ(2u, recorder.LastError().Line);
   EXPECT_EQ(8u, recorder.LastError().Column);
   EXPECT_EQ("mismatched tag", recorder.LastError().Message);
+  EXPECT_EQ(47, CodeOf(dir.Write("lone.xml", "\xFF\xFE<\0a\0>\0\0\xD8x\0<\0/\0a\0>\0"s), recorder));
+  EXPECT_EQ(5u, recorder.LastError().Column);  // at the surrogate; the mark counts, as in Expat
 }
 
 TEST(OrvXmlParserTest, HandlerExceptionsPassUnchanged) {

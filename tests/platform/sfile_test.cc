@@ -103,6 +103,10 @@ TEST_F(SFileTest, FailuresHaveTheirKindFileAndLine) {
   EXPECT_EQ(0, mkfifo(fifo.c_str(), 0600));
   EXPECT_EQ(0, symlink("/dev/null", device.c_str()));
   EXPECT_EQ(0, truncate(huge.c_str(), static_cast<off_t>(SFile::kMaxFileBytes + 1)));
+  // At the limit exactly the file is read: its NUL bytes make it malformed on line 2.
+  const std::string full = m_Dir.Write("full.cfg", "[S]\n");
+  EXPECT_EQ(0, truncate(full.c_str(), static_cast<off_t>(SFile::kMaxFileBytes)));
+  cases.push_back({full, 0, 2});
   for (const std::string& missing : {m_Dir.Path("none.cfg"), m_Dir.Write("plain", "x") + "/a", ""s})
     cases.push_back({missing, 1, 0});
   for (const std::string& unreadable : {m_Dir.Dir(), fifo, device, huge})
