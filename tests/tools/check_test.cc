@@ -166,6 +166,9 @@ TEST(CheckTest, EachMistakeIsFoundWhereItStands) {
       {"qr.cfg", "plm1[0-9]", "plm1[0-9", "invalid-pattern", "qr.cfg:42"},
       {"qr.cfg", ">30<", ">99999999999<", "value-type", "qr.cfg:35"},  // beyond 32 bits
       {"qr.cfg", ">setup<", ">1<", "value-type", "qr.cfg:30"},
+      {"drivers/corvane/corvane.dsf", "<Library>",
+       "<Parameter Name=\"Library\">5</Parameter><Library>", "value-type",
+       "drivers/corvane/corvane.dsf:12"},
       {"driveren.cfg", "", "", "missing-file", "driveren.cfg:0"},
       {"drivers/corvane/corvane.csl", "UTF-8 = DB_UTF8", "UTF-8 = DB_UTF8\nUTF-8 = DB_X",
        "name-collision", "drivers/corvane/corvane.csl:0"},
