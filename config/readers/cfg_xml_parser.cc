@@ -1,6 +1,8 @@
 #include "qr_config/config/readers/cfg_xml_parser.h"
 #include "qr_config/config/readers/diagnostic_text.h"
 
+#include <Poco/String.h>
+
 #include "qr_config/config/readers/load_trace.h"
 #include "qr_config/platform/i18n_string.h"
 #include "qr_config/platform/orv_locale.h"
@@ -456,7 +458,7 @@ void CfgXmlParser::TraceKeyword(const unsigned short* value, const ucs2string& k
   std::string expected;
   ReaderText::Assign(value, written);
   AppendUtf16AsUtf8(keyword.data(), keyword.size(), expected);
-  if (!DiagnosticText::EqualIgnoringCase(written, expected)) return;
+  if (Poco::icompare(written, expected) != 0) return;
   m_Trace->Report(DiagnosticSeverity::Warning, DiagnosticKind::CaseVariant, Here(),
                   std::string(attribute) + "=" + Quoted(written) + " is not " + Quoted(expected) +
                       ": values are compared exactly, so " + meaning + ".",

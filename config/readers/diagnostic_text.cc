@@ -24,13 +24,4 @@ std::string TypeNameWithArticle(ConfigManagerTypes::Field::ValueTag tag) {
   return (name[0] == 'i' ? "an " : "a ") + name;
 }
 
-bool EqualIgnoringCase(const std::string& a, const std::string& b) {
-  if (a.size() != b.size()) return false;
-  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    if (lower(a[i]) != lower(b[i])) return false;
-  }
-  return true;
-}
-
 }  // namespace DiagnosticText

@@ -16,7 +16,4 @@ const char* TypeName(ConfigManagerTypes::Field::ValueTag tag);
 // The same with its indefinite article: "a boolean", "an integer", "a text".
 std::string TypeNameWithArticle(ConfigManagerTypes::Field::ValueTag tag);
 
-// True when `a` and `b` differ at most in the letter case of ASCII letters.
-bool EqualIgnoringCase(const std::string& a, const std::string& b);
-
 }  // namespace DiagnosticText

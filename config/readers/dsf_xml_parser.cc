@@ -1,6 +1,8 @@
 #include "qr_config/config/readers/dsf_xml_parser.h"
 #include "qr_config/config/readers/diagnostic_text.h"
 
+#include <Poco/String.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <functional>
@@ -16,9 +18,7 @@
 
 namespace {
 
-using DiagnosticText::EqualIgnoringCase;
 using DiagnosticText::Quoted;
-using DiagnosticText::TypeName;
 using DiagnosticText::TypeNameWithArticle;
 
 const ucs2string kDefaults("Defaults");
@@ -282,7 +282,7 @@ bool DsfXmlParser::Accept(const OrvXmlAttributeValue* attributes) {
       platform = PlatformSupported(a->Value);
     }
   }
-  if (m_Trace != nullptr && m_HasActive && active && EqualIgnoringCase(m_Active, "No"))
+  if (m_Trace != nullptr && m_HasActive && active && Poco::icompare(m_Active, "No") == 0)
     m_Trace->Report(DiagnosticSeverity::Warning, DiagnosticKind::CaseVariant, Here(),
                     "The database " + Quoted(m_DatabaseName) + " has Active=" + Quoted(m_Active) +
                         ", which is not \"No\": values are compared exactly, so it is loaded.",

@@ -2,6 +2,7 @@
 #include "qr_config/config/readers/diagnostic_text.h"
 
 #include <Poco/File.h>
+#include <Poco/String.h>
 
 #include <cstddef>
 
@@ -143,8 +144,6 @@ void ReaderFrame::StoreValue(Field& field, const std::string& text) {
 
 namespace {
 
-using DiagnosticText::EqualIgnoringCase;
-
 std::string Trim(const std::string& text) {
   const auto first = text.find_first_not_of(" \t\r\n");
   if (first == std::string::npos) return std::string();
@@ -211,7 +210,7 @@ void ReaderFrame::ObserveStart(const unsigned short* name, const OrvXmlAttribute
     std::string variant;
     for (const ElementVocabulary& element : m_Vocabulary) {
       candidates.push_back(element.Element);
-      if (EqualIgnoringCase(element.Element, m_Scratch)) variant = element.Element;
+      if (Poco::icompare(element.Element, m_Scratch) == 0) variant = element.Element;
     }
     const std::string message =
         variant.empty() ? "The reader of the " + role + " does not know the element <" + m_Scratch +
