@@ -76,13 +76,11 @@ TEST(ConfigTreeTest, MovingTreesAndPathsCopies) {
   EXPECT_NE(&moved.root(), &source.root());
   Tree assigned = TestTree("Other");
   assigned = std::move(moved);
-  EXPECT_TRUE(moved.Exists(NodePath("\\Quorin\\Leaf")));
-  EXPECT_TRUE(assigned.Exists(NodePath("\\Quorin\\Leaf")));
   NodePath path("\\Quorin\\Leaf");
+  EXPECT_TRUE(moved.Exists(path) && assigned.Exists(path));
   NodePath movedPath(std::move(path));
-  EXPECT_TRUE(assigned.Exists(path));
   path = std::move(movedPath);
-  EXPECT_TRUE(assigned.Exists(movedPath));
+  EXPECT_TRUE(assigned.Exists(path) && assigned.Exists(movedPath));
 }
 
 }  // namespace
