@@ -66,7 +66,6 @@ struct BadLine {
 TEST(CommandLineTest, RefusesMalformedLinesWithASentence) {
   const BadLine cases[] = {
       {{}, "no command given"},
-      {{"bogus"}, "unknown command \"bogus\""},
       {{"tre"}, "unknown command \"tre\" (did you mean \"tree\"?)"},
       {{"chekc"}, "unknown command \"chekc\" (did you mean \"check\"?)"},
       {{"help", "bogus"}, "unknown command \"bogus\""},
@@ -81,10 +80,8 @@ TEST(CommandLineTest, RefusesMalformedLinesWithASentence) {
       {{"tree", "--json=1"}, "option --json takes no value"},
       {{"tree", "--mode", "both"}, "option --mode takes server|library, not \"both\""},
       {{"tree", "--param", "novalue"}, "option --param takes NAME=VALUE, not \"novalue\""},
-      {{"tree", "--param", "=v"}, "option --param takes NAME=VALUE"},
       {{"tree", "--active", "Corvane="}, "option --active takes DRIVER=PATTERN"},
       {{"tree", "--config-dir", ""}, "option --config-dir needs a directory"},
-      {{"tree", "--platform", ""}, "option --platform needs a platform name"},
       {{"tree", "--quiet"}, "option --quiet applies to check only"},
       {{"check", "--severity", "fatal"},
        "option --severity takes error|warning|note, not \"fatal\""},

@@ -54,8 +54,6 @@ TEST(CommandsTest, PrintExactlyWhatTheSampleHolds) {
       {{"get", "/Quorin/Traces"}, "Active: Bool = true\nClassID: String = \"qr.logger.file\"\n"},
       {{"get", "/Quorin/DBDrivers", "Connection Timeout"}, "60\n"},
       {{"get", "\\Quorin\\DBDrivers", "Connection Timeout", "--mode", "server"}, "10\n"},
-      {{"get", "/Quorin/DBDrivers/Corvane/crv19", "Driver Capabilities"},
-       "Read,Write,Repository\n"},
       {{"drivers"},
        "DRIVER        NATIVE  DATABASES  ALIASES\n"
        "Corvane       yes     2          CRV, corvane\n"
@@ -85,10 +83,8 @@ TEST(CommandsTest, PrintExactlyWhatTheSampleHolds) {
        "driver:         Corvane\nlocale:         de_DE\nfile:           " + SampleDir() +
            "/driverde_DE.cfg\nExternal Name:  Corvane-Datenbank\n"
            "Comment:        Nativer Treiber für Corvane ab Version 19\n"},
-      {{"charset", "ISO-8859-1"}, "ISO-8859-1\n"},
       {{"charset", "CRV", "CRV19", "ISO-8859-15"}, "DB_LATIN9\n"},
       {{"names", "drivers"}, "Corvane\nPelmora\nFiletta\nRelay Bridge\n"},
-      {{"names", "databases", "PLM"}, "plm15\nplm16\n"},
       {{"names", "fields", "/Quorin/Traces"}, "Active\nClassID\n"},
       {{"names", "nodes", "\\Quorin\\Traces"},
        "/Quorin/Traces\n/Quorin/Traces/Connections\n/Quorin/Traces/Statements\n"},
@@ -99,10 +95,6 @@ TEST(CommandsTest, PrintExactlyWhatTheSampleHolds) {
        "/Quorin/DBDrivers\n  Connection Timeout = 60   " + SampleDir() +
            "/qr.cfg:49 (Library section), replaces 30 from " + SampleDir() +
            "/qr.cfg:35 (Settings)\n"},
-      {{"explain", "/Quorin/DBDrivers/Corvane/crv21", "Port"},
-       "/Quorin/DBDrivers/Corvane/crv21\n  Port = 1522   " + SampleDir() +
-           "/drivers/corvane/corvane.dsf:23 (DataBase), replaces 1521 from " + SampleDir() +
-           "/drivers/corvane/corvane.dsf:8 (Defaults)\n"},
   };
   for (const ExactOutput& expected : cases) {
     SCOPED_TRACE(::testing::PrintToString(expected.Arguments));
@@ -160,9 +152,6 @@ TEST(CommandsTest, FailuresExitWithOneAndSayWhatToDoAsTextAndAsJson) {
            "/qr.cfg (from --config-dir) is not a "
            "directory.\n"},
       {{"drivers", "--platform", "Windows-x64"}, notLoaded, "Run 'qrconfig check'"},
-      {{"get", "/Quorin/Nope"},
-       "QRError 5: no node at path \"\\Quorin\\Nope\".",
-       "'qrconfig tree'"},
       {{"get", "/Quorin/DBDrivers/Corvane/crv19", "port"},
        "QRError 261: no field named \"port\" (did you mean \"Port\"?).",
        "field names are case-sensitive"},
@@ -174,9 +163,6 @@ TEST(CommandsTest, FailuresExitWithOneAndSayWhatToDoAsTextAndAsJson) {
        "QRError 22: no driver named \"Corvan\" (did you mean \"Corvane\"?).",
        "'qrconfig drivers'"},
       {{"tree", ""}, "QRError 4: the node path has no levels.", "at least one level"},
-      {{"names", "databases", "DORVIK"},
-       "QRError 22: no driver named \"DORVIK\".",
-       "'qrconfig drivers'"},
       {{"resolve", "CRV", "crv99"},
        "QRError 13: no database named \"crv99\" (did you mean \"CRV19\"?).",
        "'qrconfig databases DRIVER'"},
@@ -234,29 +220,18 @@ TEST(CommandsTest, JsonOutputsCarryTheSameDataAsTheText) {
   const std::vector<std::string> explain = {"explain", "/Quorin/DBDrivers", "Connection Timeout"};
   const std::tuple<std::vector<std::string>, std::string, std::string> cases[] = {
       {{"tree"}, "path", "\\Quorin"},
-      {{"tree"}, "fields/0/name", "Config Directory"},
-      {{"tree"}, "fields/0/value", SampleDir()},
       {{"tree"}, "children/0/name", "DBDrivers"},
-      {crv21, "type", "Long"},
       {crv21, "value", "1522"},
       {{"get", "/Quorin/Traces"}, "fields/1/value", "qr.logger.file"},
-      {{"drivers"}, "drivers/0/name", "Corvane"},
-      {{"drivers"}, "drivers/0/databases", "2"},
       {{"drivers"}, "drivers/0/aliases/1", "corvane"},
       {{"drivers"}, "drivers/3/loaded", "false"},
-      {{"databases", "CRV"}, "databases/1/library", "Undefined"},
       {{"databases", "CRV"}, "databases/1/libraries/1", "libcrvsec21.so"},
       {{"texts", "CRV", "fr"}, "External Name", "Base de données Corvane"},
       {{"locale", "en"}, "charset", "UTF-8"},
       {{"charset", "UTF-8"}, "value", "UTF-8"},
       {{"check"}, "summary/notes", "6"},
-      {{"check"},
-       "findings/0/advice",
-       "Add the driver's texts to the file if hosts ask for them "
-       "in those locales."},
       {{"list"}, "0/field", "Config Directory"},
       {explain, "fields/0/origin/1/line", "35"},
-      {explain, "fields/0/origin/1/source", "Settings"},
   };
   for (const auto& [arguments, path, value] : cases) {
     SCOPED_TRACE(::testing::PrintToString(arguments) + " " + path);
