@@ -106,15 +106,13 @@ const SetupXmlParser& FixedSetup() {
   return *setup;
 }
 
-// The fall-back defaults the start-up gives every database, plus one of each type.
+// The fall-back defaults the start-up gives every database, with a Bool and a text beside them.
 const tree<Node>& FixedDefaults() {
   static const tree<Node> defaults = [] {
     Node node("Drivers defaults");
-    node.push_back(Field("Fetch Size", std::int32_t{100}));
-    node.push_back(Field("Read Only", false));
-    node.push_back(Field("Driver Capabilities", "Read,Write"));
-    node.push_back(Field("Status", std::int32_t{0}));
-    node.push_back(Field("Library Name", "Not Defined"));
+    for (Field field : {Field("Status", std::int32_t{0}), Field("Library Name", "Not Defined"),
+                        Field("Read Only", false), Field("Driver Capabilities", "Read,Write")})
+      node.push_back(field);
     return tree<Node>(node);
   }();
   return defaults;

@@ -33,23 +33,17 @@ class LoadedTest : public ManagerTest {
 
 TEST_F(LoadedTest, LocalizeFileNameTriesThreeNames) {
   ConfigManager& manager = Init();
-  const std::string base = m_Install.Path("driver");
-  struct Case {
-    const char* language;
-    const char* country;
-    const char* expected;
+  std::string path;
+  const auto localized = [&](const char* language, const char* country) -> const std::string& {
+    path = m_Install.Path("driver");
+    return manager.LocalizeFileName(Quorin::LocaleDescriptor(language, country, ""), "cfg", path);
   };
-  for (const Case& c : {Case{"fr", "CA", "driverfr.cfg"}, Case{"de", "", "driveren.cfg"},
-                        Case{"xx", "YY", "driveren.cfg"}}) {
-    SCOPED_TRACE(c.language);
-    std::string path = base;
-    manager.LocalizeFileName(Quorin::LocaleDescriptor(c.language, c.country, ""), "cfg", path);
-    EXPECT_EQ(path, m_Install.Path(c.expected));
-  }
+  EXPECT_EQ(&localized("fr", "CA"), &path);  // rewritten in place
+  EXPECT_EQ(path, m_Install.Path("driverfr.cfg"));
+  EXPECT_EQ(localized("de", ""), m_Install.Path("driveren.cfg"));
+  EXPECT_EQ(localized("xx", "YY"), m_Install.Path("driveren.cfg"));
   m_Install.Write("driverfr_CA.cfg", "<T/>");
-  std::string path = base;
-  EXPECT_EQ(manager.LocalizeFileName(Quorin::LocaleDescriptor("fr", "CA", ""), "cfg", path),
-            m_Install.Path("driverfr_CA.cfg"));
+  EXPECT_EQ(localized("fr", "CA"), m_Install.Path("driverfr_CA.cfg"));
 }
 
 TEST_F(LoadedTest, LocalizedDriverLoadsOncePerLocale) {

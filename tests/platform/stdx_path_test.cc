@@ -29,14 +29,12 @@ TEST(StdxPathTest, SplitsTextIntoLevelsAndAppendsNames) {
   } cases[] = {
       {"", nullptr, "", {}},
       {"\\Quorin\\DBDrivers", nullptr, "\\Quorin\\DBDrivers", {"Quorin", "DBDrivers"}},
-      {"Quorin\\DBDrivers", nullptr, "Quorin\\DBDrivers", {"Quorin", "DBDrivers"}},
       {"\\", nullptr, "\\", {""}},
       {"\\A\\\\B\\", nullptr, "\\A\\\\B\\", {"A", "", "B", ""}},  // empty levels are kept
       {"\\ Quo rin \\db", nullptr, "\\ Quo rin \\db", {" Quo rin ", "db"}},  // no trimming
       {"A/B", nullptr, "A/B", {"A/B"}},
       {"\\Quorin", "DBDrivers", "\\Quorin\\DBDrivers", {"Quorin", "DBDrivers"}},
       {"", "Quorin", "\\Quorin", {"Quorin"}},
-      {"\\", "A", "\\\\A", {"", "A"}},
       {"\\Quorin", "", "\\Quorin\\", {"Quorin", ""}},
       {"\\Quorin", "A\\B", "\\Quorin\\A\\B", {"Quorin", "A", "B"}},  // separator in the name
       {"Q", "\\A", "Q\\\\A", {"Q", "", "A"}},

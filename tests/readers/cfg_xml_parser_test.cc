@@ -30,12 +30,19 @@ class CfgXmlParserTest : public ::testing::Test {
   CfgXmlParser::PlatformLocales m_Locales;
 };
 
-TEST_F(CfgXmlParserTest, SettingsAndTheModeSection) {
+TEST_F(CfgXmlParserTest, SettingsModeSectionAndLocalesByMode) {
   Parse(Initialization::Library, Fixture("settings.cfg"));
   EXPECT_EQ(Describe(m_Drivers), "DBDrivers{A=7, B=true, C='later', F=false, D=12, E=12, E=13}");
   m_Drivers.value().clear();
   Parse(Initialization::Server, Fixture("settings.cfg"));
   EXPECT_EQ(Describe(m_Drivers), "DBDrivers{A=9, B=true, C='setup', F=false, D=12, E=12, E=13}");
+  Parse(Initialization::Library, Fixture("locales.cfg"));
+  EXPECT_EQ(Locales(), "TestOS:    ww=    ww//cs6 TestOS:xx_YY=xx/YY/cs1 TestOS:zz_QQ=zz/QQ/cs5 ");
+  m_Locales.clear();
+  Parse(Initialization::Server, Fixture("locales.cfg"));
+  EXPECT_EQ(Locales(),
+            "Foreign:xx_YY=xx/YY/cs3 OtherOS:xx_YY=xx/YY/cs1 "
+            "TestOS:    ww=    ww//cs6 TestOS:xx_YY=xx/YY/cs1 TestOS:zz_QQ=zz/QQ/cs5 ");
 }
 
 TEST_F(CfgXmlParserTest, NodesTracesAndDefaults) {
@@ -56,16 +63,6 @@ TEST_F(CfgXmlParserTest, EmptyNodeStackIsRefusedWithoutArgument) {
     ExpectQRError([&] { Parse(Initialization::Server, file.Path()); }, QRErrorCode::FileRefused,
                   "");
   }
-}
-
-TEST_F(CfgXmlParserTest, LocalesAreFiledByMode) {
-  Parse(Initialization::Library, Fixture("locales.cfg"));
-  EXPECT_EQ(Locales(), "TestOS:    ww=    ww//cs6 TestOS:xx_YY=xx/YY/cs1 TestOS:zz_QQ=zz/QQ/cs5 ");
-  m_Locales.clear();
-  Parse(Initialization::Server, Fixture("locales.cfg"));
-  EXPECT_EQ(Locales(),
-            "Foreign:xx_YY=xx/YY/cs3 OtherOS:xx_YY=xx/YY/cs1 "
-            "TestOS:    ww=    ww//cs6 TestOS:xx_YY=xx/YY/cs1 TestOS:zz_QQ=zz/QQ/cs5 ");
 }
 
 }  // namespace

@@ -53,9 +53,6 @@ const FailureCase kCases[] = {
     {"NoPlatformSection", Initialization::Library,
      [](const TempInstallation& f) { f.Write(FileKind::PlatformList, "[Elsewhere]\nA = B\n"); },
      "10", "charset-list platform.csl:0"},
-    {"MalformedPlatformList", Initialization::Server,
-     [](const TempInstallation& f) { f.Write(FileKind::PlatformList, "[TestOS\nUTF-8 = UTF-8\n"); },
-     "10"},
     {"MalformedSetupFile", Initialization::Library,
      [](const TempInstallation& f) { f.Write(FileKind::Setup, "<Setup><Directory>"); },
      "265 @/setup/Crv.setup"},
@@ -67,12 +64,6 @@ const FailureCase kCases[] = {
        f.WriteDocument(FileKind::DataAccess, "v1</Parameter><Parameter Name=\"Unicode\">5");
      },
      "10"},
-    {"DriverListIsADirectory", Initialization::Server,
-     [](const TempInstallation& f) {
-       f.Remove("driver.cfg");
-       f.MakeDir("driver.cfg");
-     },
-     "264 @/driver.cfg"},
     {"DatabaseOfTheMainFileWithoutDirectory", Initialization::Server,
      [](const TempInstallation& f) {
        f.WriteDocument(FileKind::Main,
@@ -177,8 +168,6 @@ TEST_P(FailureAtomicityTest, LeavesNothingBehindAndTheRepairedFilesLoad) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Startup, FailureAtomicityTest, testing::ValuesIn(kCases),
-                         [](const testing::TestParamInfo<FailureCase>& info) {
-                           return std::string(info.param.Name);
-                         });
+                         testing::PrintToStringParamName());
 
 }  // namespace

@@ -48,8 +48,6 @@ TEST_P(FuzzRegressionTest, ReplaysSeedsAndFindings) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Targets, FuzzRegressionTest, testing::ValuesIn(FuzzInputs::Targets()),
-                         [](const testing::TestParamInfo<FuzzInputs::Target>& info) {
-                           return std::string(info.param.Name);
-                         });
+                         testing::PrintToStringParamName());
 
 }  // namespace

@@ -92,9 +92,7 @@ TEST_P(LargeFileKindTest, LoadsWithBoundedMemory) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, LargeFileKindTest, testing::ValuesIn(AllKinds()),
-                         [](const testing::TestParamInfo<FileKind>& info) {
-                           return std::string(KindName(info.param));
-                         });
+                         testing::PrintToStringParamName());
 
 // One line of 200 MB inside an element that no reader looks at: the XML layer hands the text
 // on in chunks of bounded size.

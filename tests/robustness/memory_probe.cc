@@ -31,14 +31,8 @@ double PeakGrowthMb(const std::function<void()>& work) {
 }
 
 double SanitizerAllowanceMb() {
-#if defined(__SANITIZE_ADDRESS__)
+#ifdef __SANITIZE_ADDRESS__
   return 256 + 64;
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-  return 256 + 64;
-#else
-  return 0;
-#endif
 #else
   return 0;
 #endif

@@ -7,6 +7,7 @@
 #include <ostream>
 
 #include "support/manager_fixture.h"
+#include "tests/model/model_test_support.h"
 
 namespace {
 
@@ -25,12 +26,6 @@ class NamesTest : public ManagerTest, public testing::WithParamInterface<Names> 
  protected:
   NamesTest() { m_Install.WriteBaseline(); }
 };
-
-std::string TextOf(const ConfigManager::Field& field) {
-  std::string text;
-  field.Value(text);
-  return text;
-}
 
 TEST_P(NamesTest, LoadAndResolve) {
   const std::vector<std::string> names = GetParam().Make();
@@ -56,13 +51,14 @@ TEST_P(NamesTest, LoadAndResolve) {
   EXPECT_EQ(manager.ResolveDriverName(alias), driver);
   EXPECT_EQ(manager.ResolveDatabaseName(driver, databaseAlias), database);
   EXPECT_EQ(manager.GetCharSetTableEntry(driver, database, "UTF-8"), "DB_UTF8");
-  EXPECT_EQ(TextOf(manager.GetTree().Find(manager.DBDrivers()).value().Find(parameter)), value);
+  const std::string quoted = "'" + value + "'";
+  EXPECT_EQ(ValueText(manager.GetTree().Find(manager.DBDrivers()).value().Find(parameter)), quoted);
   EXPECT_EQ(Children("\\Quorin\\DBDrivers"), std::vector<std::string>{driver});
   EXPECT_EQ(Children("\\Quorin\\Localization"), std::vector<std::string>{driver});
   const tree_node<ConfigManager::Node>& node =
       *manager.GetTree().Find(manager.DBDrivers()).ch_begin();
   ASSERT_EQ(node.ch_size(), 1u);
-  EXPECT_EQ(TextOf((*node.ch_begin()).value().Find(parameter)), value);
+  EXPECT_EQ(ValueText((*node.ch_begin()).value().Find(parameter)), quoted);
 
   // A name holding the separator adds levels to a node path: such a node cannot be found by
   // path, and its localised texts cannot be asked for.
@@ -114,8 +110,6 @@ const Names kNames[] = {
 };
 
 INSTANTIATE_TEST_SUITE_P(Sets, NamesTest, testing::ValuesIn(kNames),
-                         [](const testing::TestParamInfo<Names>& info) {
-                           return std::string(info.param.Label);
-                         });
+                         testing::PrintToStringParamName());
 
 }  // namespace
