@@ -373,6 +373,11 @@ void DsfXmlParser::AddDatabase() {
   m_CurrentNode = &node;
   const auto entry = m_NameTable.try_emplace(m_DatabaseName, m_DatabaseName);
   if (m_Trace == nullptr) return;
+  if (m_DatabaseName.empty())
+    m_Trace->Report(DiagnosticSeverity::Warning, DiagnosticKind::MissingName, Here(),
+                    "A database of " + Quoted(m_Driver.value().Name()) +
+                        " has no \"Name\": it loads under the empty name, which no node path "
+                        "reaches.");
 
   // Every database made from the same defaults starts with the same fields: one template of
   // their origins serves them all until the defaults change.

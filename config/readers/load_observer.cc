@@ -94,6 +94,8 @@ const char* DiagnosticKindName(DiagnosticKind kind) {
       return "invalid-pattern";
     case DiagnosticKind::MissingTexts:
       return "missing-texts";
+    case DiagnosticKind::MissingName:
+      return "missing-name";
     case DiagnosticKind::LoadFailure:
       break;
   }

@@ -85,6 +85,7 @@ enum class DiagnosticKind {
   DatabaseSkipped,     // "database-skipped": a database that is not loaded, and why
   InvalidPattern,      // "invalid-pattern": an active data-source pattern that cannot compile
   MissingTexts,        // "missing-texts": a localised driver file without texts for a driver
+  MissingName,         // "missing-name": an entry that loads under the empty name
   LoadFailure,         // "load-failure": an error that ends the start-up, not covered above
 };
 

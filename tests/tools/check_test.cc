@@ -149,6 +149,8 @@ TEST(CheckTest, EachMistakeIsFoundWhereItStands) {
   const Case cases[] = {
       {"drivers/corvane/corvane.dsf", "\"crv21\" Active=\"Yes\"", "\"crv21\" Active=\"no\"",
        "case-variant", "drivers/corvane/corvane.dsf:21"},
+      {"drivers/filetta/filetta.dsf", "Name=\"filetta3\"", "", "missing-name",
+       "drivers/filetta/filetta.dsf:11"},
       {"qr.cfg", "<NetworkLayer Name=\"Corvane\">", "<NetworkLayer Name=\"Corvan\">",
        "unknown-driver", "qr.cfg:38"},
       {"setup/pelmora.setup", "", "", "driver-without-setup", "driver.cfg:10"},

@@ -132,6 +132,8 @@ const char* Checker::AdviceFor(DiagnosticKind kind) {
       return "Fix the regular expression; it must match a database's whole name.";
     case DiagnosticKind::MissingTexts:
       return "Add the driver's texts to the file if hosts ask for them in those locales.";
+    case DiagnosticKind::MissingName:
+      return "Give the database a Name of its own.";
     case DiagnosticKind::LoadFailure:
       break;
   }
