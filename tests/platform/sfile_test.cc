@@ -146,8 +146,11 @@ TEST(SFileParameterTest, ClassifiesRawText) {
     EXPECT_EQ(Parameter(Parameter::Classify{}, "n", c.text).Kind(), c.kind);
   }
   int number = 0;
+  bool flag = false;
   Parameter(Parameter::Classify{}, "n", "-2147483648").Value(number);
+  Parameter(Parameter::Classify{}, "n", "Yes").Value(flag);
   EXPECT_EQ(number, -2147483647 - 1);
+  EXPECT_TRUE(flag);
 }
 
 }  // namespace

@@ -51,7 +51,7 @@ TEST(I18nStringTest, ConvertsAtEveryBoundAndReplacesWhatIsNotWellFormed) {
   const std::pair<std::string, std::u16string> cases[] = {
       {utf8, utf16},
       {"\xC1\xBF\xBF\xBF", u"\xFFFD\xFFFD\xFFFD\xFFFD"},
-      {"\xE0\x9F\xBF\xED\xA0\x80", u"\xFFFD\xFFFD\xFFFD\xFFFD\xFFFD\xFFFD"},
+      {"\xE0\x9F\xBF\xED\xA0\x80\xED\xBF\xBF\303A", std::u16string(10, u'\xFFFD') + u'A'},
       {"\xF4\x90\x80\x80\xF5\xC3", u"\xFFFD\xFFFD\xFFFD\xFFFD\xFFFD\xFFFD"}};
   for (const auto& [bytes, units] : cases) {
     ucs2basic_string converted;

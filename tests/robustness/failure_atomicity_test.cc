@@ -53,6 +53,9 @@ const FailureCase kCases[] = {
     {"NoPlatformSection", Initialization::Library,
      [](const TempInstallation& f) { f.Write(FileKind::PlatformList, "[Elsewhere]\nA = B\n"); },
      "10", "charset-list platform.csl:0"},
+    {"MalformedPlatformList", Initialization::Server,
+     [](const TempInstallation& f) { f.Write(FileKind::PlatformList, "[TestOS\n"); }, "10",
+     "charset-list platform.csl:1"},
     {"MalformedSetupFile", Initialization::Library,
      [](const TempInstallation& f) { f.Write(FileKind::Setup, "<Setup><Directory>"); },
      "265 @/setup/Crv.setup"},
@@ -63,7 +66,7 @@ const FailureCase kCases[] = {
      [](const TempInstallation& f) {
        f.WriteDocument(FileKind::DataAccess, "v1</Parameter><Parameter Name=\"Unicode\">5");
      },
-     "10"},
+     "10", "value-type Crv.dsf:9"},
     {"DatabaseOfTheMainFileWithoutDirectory", Initialization::Server,
      [](const TempInstallation& f) {
        f.WriteDocument(FileKind::Main,

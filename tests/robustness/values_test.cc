@@ -89,17 +89,7 @@ const Names kNames[] = {
      }},
     {"NonAscii",
      [] {
-       return std::vector<std::string>{"\xC3\x96ra",
-                                       "\xD0\x9E\xD1\x80\xD0\xB0\xD0\xBA\xD0\xBB",
-                                       "\xE6\x95\xB0\xE6\x8D\xAE\xE5\xBA\x93",
-                                       "\xCE\xB4"
-                                       "b",
-                                       "Gr\xC3\xB6\xC3\x9F"
-                                       "e",
-                                       "\xE2\x82\xAC 5",
-                                       "\xC3\x9Cn\xC3\xAF"
-                                       "c\xC3\xB6"
-                                       "d\xC3\xA9 \xF0\x9F\x98\x80"};
+       return std::vector<std::string>{"Öra", "Оракл", "数据库", "δb", "Größe", "€ 5", "Ünïcödé 😀"};
      }},
     {"Megabyte",
      [] {

@@ -142,7 +142,8 @@ TEST(CheckTest, EachMistakeIsFoundWhereItStands) {
     const char* File;
     std::string From, To;
     const char* Kind;
-    const char* Place;  // file:line inside the copy
+    const char* Place;      // file:line inside the copy
+    const char* Text = "";  // a part of the finding's message
     std::vector<std::string> Options = {};
   };
   const std::vector<std::string> server = {"--mode", "server", "--active", "Filetta=none"};
@@ -163,7 +164,10 @@ TEST(CheckTest, EachMistakeIsFoundWhereItStands) {
       {"qr.cfg", ">setup<", ">1<", "value-type", "qr.cfg:30"},
       {"drivers/corvane/corvane.dsf", "<Library>",
        "<Parameter Name=\"Library\">5</Parameter><Library>", "value-type",
+       "drivers/corvane/corvane.dsf:12", "is a text, but the field it updates is an integer"},
+      {"drivers/corvane/corvane.dsf", "</Library>", "\n  </Library>", "value-layout",
        "drivers/corvane/corvane.dsf:12"},
+      {"setup/relay.setup", " Name=\"Relay Bridge\"", "", "setup-no-driver", "setup/relay.setup:0"},
       {"driveren.cfg", "", "", "missing-file", "driveren.cfg:0"},
       {"drivers/corvane/corvane.csl", "UTF-8 = DB_UTF8", "UTF-8 = DB_UTF8\nUTF-8 = DB_X",
        "name-collision", "drivers/corvane/corvane.csl:0"},
@@ -178,8 +182,8 @@ TEST(CheckTest, EachMistakeIsFoundWhereItStands) {
       {"driver.cfg", "\"Filetta\" Implementation=\"C\"", "\"Filetta\" Implementation=\"c\"",
        "case-variant", "driver.cfg:14"},
       // Server mode applies the registered active sources, not the main file's.
-      {"", "", "", "database-skipped", "drivers/filetta/filetta.dsf:11", server},
-      {"", "", "", "driver-skipped", "setup/pelmora.setup:3", server},
+      {"", "", "", "database-skipped", "drivers/filetta/filetta.dsf:11", "", server},
+      {"", "", "", "driver-skipped", "setup/pelmora.setup:3", "", server},
   };
   for (const Case& test : cases) {
     SCOPED_TRACE(test.Place);
@@ -202,7 +206,8 @@ TEST(CheckTest, EachMistakeIsFoundWhereItStands) {
     const ToolRun run = RunQrConfig(arguments);
     std::vector<std::string> places;
     for (const Found& f : ParseFindings(run.Out)) {
-      if (f.Kind == test.Kind) places.push_back(f.File + ":" + std::to_string(f.Line));
+      if (f.Kind == test.Kind && f.Message.find(test.Text) != std::string::npos)
+        places.push_back(f.File + ":" + std::to_string(f.Line));
     }
     EXPECT_EQ(1, std::count(places.begin(), places.end(), test.Place))
         << test.Kind << " found at " << ::testing::PrintToString(places) << "\n"

@@ -232,6 +232,9 @@ TEST(CommandsTest, JsonOutputsCarryTheSameDataAsTheText) {
       {{"check"}, "summary/notes", "6"},
       {{"list"}, "0/field", "Config Directory"},
       {explain, "fields/0/origin/1/line", "35"},
+      {{"explain", "/Quorin/DBDrivers/Corvane/crv19", "Library"},
+       "fields/0/origin/0/source",
+       "Defaults"},
   };
   for (const auto& [arguments, path, value] : cases) {
     SCOPED_TRACE(::testing::PrintToString(arguments) + " " + path);
