@@ -71,18 +71,21 @@ TEST_F(LoadedTest, LocalizedDriverLoadsOncePerLocale) {
       "fr_BE");
 }
 
-TEST_F(LoadedTest, MissingLocalizedFileGives264WhenItsNameCannotBeConverted) {
+TEST_F(LoadedTest, MissingLocalizedFileGives264WithItsNameConvertedWhereItCan) {
   m_Install.Remove("driveren.cfg");
   const std::string odd = m_Install.Dir() + "\xFF";
   ASSERT_EQ(::symlink(m_Install.Dir().c_str(), odd.c_str()), 0);
   Registry::SetParameter("Config Directory", odd);
-  for (const char* platformList : {"[TestOS]\nUTF-8 = UTF-8\n", "[TestOS]\nL = ISO-8859-1\n"}) {
+  for (const auto& [platformList, name] :
+       {std::pair(std::string("[TestOS]\nUTF-8 = UTF-8\n"), odd),
+        std::pair(std::string("[TestOS]\nL = ISO-8859-1\n"), odd),
+        std::pair(std::string("[TestOS]\nUTF-8 = ISO-8859-1\n"), m_Install.Dir() + "\xC3\xBF")}) {
     m_Install.Write("platform.csl", platformList);
     ConfigManager& manager = Init();
     QRError error = CatchQRError(
         [&] { manager.GetLocalizedDriver("Crv", Quorin::LocaleDescriptor("en", "", "")); });
     EXPECT_EQ(error.Code(), 264) << platformList;
-    EXPECT_EQ(error.Argument().str(), odd + "/driveren.cfg");
+    EXPECT_EQ(error.Argument().str(), name + "/driveren.cfg");
     ConfigStartup::Destroy();
   }
   ::unlink(odd.c_str());

@@ -184,6 +184,7 @@ TEST(CheckTest, EachMistakeIsFoundWhereItStands) {
       // Server mode applies the registered active sources, not the main file's.
       {"", "", "", "database-skipped", "drivers/filetta/filetta.dsf:11", "", server},
       {"", "", "", "driver-skipped", "setup/pelmora.setup:3", "", server},
+      {"qr.cfg", "Failure\">No<", "Failure\">1<", "value-type", "qr.cfg:32", "server mode", server},
   };
   for (const Case& test : cases) {
     SCOPED_TRACE(test.Place);
