@@ -7,8 +7,8 @@
 
 #include <Poco/File.h>
 
-#include <Poco/JSON/Array.h>
 #include <Poco/JSON/Object.h>
+#include <Poco/JSON/Query.h>
 
 #include "app/tool.h"
 #include "qr_config/platform/process.h"
@@ -17,20 +17,11 @@
 
 namespace {
 
-using Poco::JSON::Array;
 using Poco::JSON::Object;
 
-// The member of parsed JSON at `path`, names and array indices joined by '/', as text.
-std::string JsonAt(Poco::Dynamic::Var value, const std::string& path) {
-  std::istringstream steps(path);
-  for (std::string step; std::getline(steps, step, '/') && !value.isEmpty();) {
-    if (value.type() == typeid(Object::Ptr)) {
-      value = value.extract<Object::Ptr>()->get(step);
-    } else {
-      value = value.extract<Array::Ptr>()->get(static_cast<unsigned>(std::stoul(step)));
-    }
-  }
-  return value.isEmpty() ? "(none)" : value.toString();
+// The member of the JSON text `json` at `path` ("fields[0].name"), as text.
+std::string JsonAt(const std::string& json, const std::string& path) {
+  return Poco::JSON::Query(ParseJson(json)).find(path).toString();
 }
 
 struct ExactOutput {
@@ -125,7 +116,7 @@ TEST(CommandsTest, ListAndDiffCompareEffectiveConfigurations) {
   EXPECT_EQ(std::string::npos, diff.Out.find("\n+\\")) << diff.Out;  // only removals
   const ToolRun json = RunQrConfig({"diff", SampleDir(), other, "--json"});
   EXPECT_EQ(1, json.Status);
-  EXPECT_EQ("-", JsonAt(ParseJson(json.Out), "differences/0/side"));
+  EXPECT_EQ("-", JsonAt(json.Out, "differences[0].side"));
   EXPECT_EQ(2, RunQrConfig({"diff", SampleDir(), "/nonexistent"}).Status);
 }
 
@@ -216,24 +207,22 @@ TEST(CommandsTest, AFailedWriteIsReportedWithStatusOne) {
 }
 
 TEST(CommandsTest, JsonOutputsCarryTheSameDataAsTheText) {
-  const std::vector<std::string> crv21 = {"get", "/Quorin/DBDrivers/Corvane/crv21", "Port"};
-  const std::vector<std::string> explain = {"explain", "/Quorin/DBDrivers", "Connection Timeout"};
   const std::tuple<std::vector<std::string>, std::string, std::string> cases[] = {
       {{"tree"}, "path", "\\Quorin"},
-      {{"tree"}, "children/0/name", "DBDrivers"},
-      {crv21, "value", "1522"},
-      {{"get", "/Quorin/Traces"}, "fields/1/value", "qr.logger.file"},
-      {{"drivers"}, "drivers/0/aliases/1", "corvane"},
-      {{"drivers"}, "drivers/3/loaded", "false"},
-      {{"databases", "CRV"}, "databases/1/libraries/1", "libcrvsec21.so"},
+      {{"tree"}, "children[0].name", "DBDrivers"},
+      {{"get", "/Quorin/DBDrivers/Corvane/crv21", "Port"}, "value", "1522"},
+      {{"get", "/Quorin/Traces"}, "fields[1].value", "qr.logger.file"},
+      {{"drivers"}, "drivers[0].aliases[1]", "corvane"},
+      {{"drivers"}, "drivers[3].loaded", "false"},
+      {{"databases", "CRV"}, "databases[1].libraries[1]", "libcrvsec21.so"},
       {{"texts", "CRV", "fr"}, "External Name", "Base de données Corvane"},
       {{"locale", "en"}, "charset", "UTF-8"},
       {{"charset", "UTF-8"}, "value", "UTF-8"},
-      {{"check"}, "summary/notes", "6"},
-      {{"list"}, "0/field", "Config Directory"},
-      {explain, "fields/0/origin/1/line", "35"},
+      {{"check"}, "summary.notes", "6"},
+      {{"list"}, "[0].field", "Config Directory"},
+      {{"explain", "/Quorin/DBDrivers", "Connection Timeout"}, "fields[0].origin[1].line", "35"},
       {{"explain", "/Quorin/DBDrivers/Corvane/crv19", "Library"},
-       "fields/0/origin/0/source",
+       "fields[0].origin[0].source",
        "Defaults"},
   };
   for (const auto& [arguments, path, value] : cases) {
@@ -242,7 +231,7 @@ TEST(CommandsTest, JsonOutputsCarryTheSameDataAsTheText) {
     line.push_back("--json");
     const ToolRun run = RunQrConfig(line);
     EXPECT_EQ(0, run.Status);
-    EXPECT_EQ(value, JsonAt(ParseJson(run.Out), path));
+    EXPECT_EQ(value, JsonAt(run.Out, path));
   }
 }
 
