@@ -49,6 +49,7 @@ TEST_F(ManagerTest, ValueOrigins) {
       "<Defaults>\n<Parameter Name=\"Port\">1</Parameter>\n</Defaults>\n"
       "<DataBase Name=\"db\" Active=\"Yes\">\n<Parameter Name=\"Port\">2</Parameter>\n"
       "</DataBase>\n");
+  m_Install.Write("setup/D.32.setup", "");  // left out unread
   RecordingObserver observer;
   observer.Values = true;
   ConfigStartup::Initialize(Initialization::Library, observer);
@@ -62,6 +63,12 @@ TEST_F(ManagerTest, ValueOrigins) {
   EXPECT_TRUE(has("\\Quorin\\DBDrivers\\D\\db|Port <= 2@D.dsf:6 <= 1@D.dsf:3"));
   EXPECT_TRUE(has("\\Quorin\\DBDrivers\\D\\db|Status <= 0@:0 <= 7@qr.cfg:23"));
   EXPECT_TRUE(has("\\Quorin\\DBDrivers\\D\\db|Directory <= d/D@D.setup:3"));
+  // Every file in the order it is read, and the setup file left out.
+  EXPECT_EQ(observer.Files,
+            (std::vector<std::string>{"read driver list driver.cfg", "read main file qr.cfg",
+                                      "read platform character-set list platform.csl",
+                                      "read setup directory setup", "skipped setup file D.32.setup",
+                                      "read setup file D.setup", "read data-access file D.dsf"}));
   // An observer that does not ask for values gets none.
   struct Quiet : LoadObserver {
     int Values = 0;

@@ -71,7 +71,6 @@ class LargeFileTest : public ManagerTest {
     const double growth = PeakGrowthMb(
         [&] { outcome = StartupProbe(m_Install).Outcome(kind, Initialization::Library); });
     EXPECT_EQ(outcome, "ok 'v1'");
-    RecordProperty("peak_growth_mb", std::to_string(growth));
     return growth;
   }
 };

@@ -33,6 +33,12 @@ void RecordingObserver::OnDiagnostic(const LoadDiagnostic& diagnostic) {
                         Place(diagnostic.Where.File, diagnostic.Where.Line));
 }
 
+void RecordingObserver::OnFile(const LoadedFile& file) {
+  const std::string_view name = file.Path.substr(file.Path.find_last_of('/') + 1);
+  Files.push_back((file.Read ? "read " : "skipped ") + std::string(FileRoleName(file.Role)) + " " +
+                  std::string(name));
+}
+
 void RecordingObserver::OnValue(const LoadedValue& value) {
   std::string chain = std::string(value.NodePath) + "|" + value.Field->Name();
   for (const ValueOrigin* origin = value.Origin; origin != nullptr; origin = origin->Replaced)

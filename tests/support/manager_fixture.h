@@ -47,17 +47,20 @@ class ManagerTest : public ::testing::Test {
 };
 
 // An observer that keeps what the start-up reports, as "kind file-name:line" strings (the
-// file by its last name), and every field's origin chain as "path|field <= text@file:line".
+// file by its last name), every field's origin chain as "path|field <= text@file:line", and
+// every file as "read role file-name" or "skipped role file-name".
 struct RecordingObserver : LoadObserver {
   bool KeepGoing = false;
   bool Values = false;
   std::vector<std::string> Diagnostics;
   std::vector<std::string> Origins;
+  std::vector<std::string> Files;
 
   bool WantsKeepGoing() const override { return KeepGoing; }
   bool WantsValues() const override { return Values; }
   void OnDiagnostic(const LoadDiagnostic& diagnostic) override;
   void OnValue(const LoadedValue& value) override;
+  void OnFile(const LoadedFile& file) override;
 };
 
 // Runs `call` and returns the QRError it throws; fails the test when it throws none.

@@ -13,7 +13,6 @@ enum class FileKind { Main, DriverList, Setup, DataAccess, Localized, PlatformLi
 const char* KindName(FileKind kind);
 void PrintTo(FileKind kind, std::ostream* out);
 const std::vector<FileKind>& AllKinds();
-// True for the XML kinds, false for the two parameter files.
 inline bool IsXml(FileKind kind) {
   return kind != FileKind::PlatformList && kind != FileKind::CharSetTable;
 }
